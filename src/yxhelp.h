@@ -1,0 +1,129 @@
+#pragma once
+
+#include "configinfo.h"
+#include "launchargs.h"
+#include "qcommon.h"
+#include "treeviewmodel.h"
+
+#include <QDialog>
+#include <QSize>
+
+#include <memory>
+
+class QTreeWidgetItem;
+class RedirectOnlineWebEnginePage;
+class RedirectWebEnginePage;
+class YxViewModel;
+
+namespace Ui {
+class YxHelpApp;
+}
+
+/// The main window: contents, index, favourites and results on the left, the topic on the right, or the help
+/// web site in their place. It reaches the help database through its view model only.
+class YxHelp : public QDialog
+{
+    Q_OBJECT
+
+public:
+    YxHelp();
+    ~YxHelp() override;
+
+    /// Opens the help that `args` name in the language `languageTag`. False when there is no help database;
+    /// the user has been told then.
+    bool Init(HelpLaunchArgs args, QString languageTag);
+
+    /// First show, in the middle of the primary screen.
+    void ShowCentered();
+
+    /// Brings the window to the front: active, in normal state, not kept on top.
+    void SetWindowOnTop();
+
+    /// Shows the topic whose key the record names, or asks the web site for it while that is shown.
+    void ShowRedirectedTopic(const SMData& request);
+
+    /// The screen has `dpi` dots per inch now: every window rescales when that is another scale.
+    void ChangeDpi(int dpi);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
+
+private slots:
+    void SlotShowHtmContent(QTreeWidgetItem* item, int column);
+
+private:
+    // yxhelp.cpp: construction, connections, closing
+    void InitWidget();
+    void InitFrame();
+    void InitProduct();
+    void InitVisibility();
+    void InitToolButtons();
+    void InitTrees();
+    void InitWebViews();
+    void InitOpenMode();
+    void InitConnect();
+    void InitScreenConnect();
+    void SetProductTitle(const QString& word);
+    void SlotMaxRestore();
+    void SlotClose();
+
+    // yxhelp_scale.cpp
+    void UpdateDpiStyle(bool first);
+    void ApplyRowStyle();
+
+    // yxhelp_contents.cpp
+    void CreateContentsTree();
+    void SyncTreeToCurrentTopic();
+    void SlotTabClicked();
+    void SlotPageChanged(int index);
+
+    // yxhelp_navigation.cpp
+    struct TopicLoader;
+    static const TopicLoader kContentsLoader;
+    static const TopicLoader kRedirectLoader;
+    static const TopicLoader kFavoriteLoader;
+    void LoadTopic(const TopicLoader& loader, int row, int column);
+    void ShowContentsRow(const TopicLoader& loader, int row);
+    void ShowPage(const QString& html);
+    void SlotShowFavoriteContent(QTreeWidgetItem* item, int column);
+    void ActivateHistoryButtons();
+    void SlotHistoryBack();
+    void SlotHistoryForward();
+    void ShowHistoryEntry(int pos);
+    void SlotHome();
+    void SlotLinkClicked(const QString& link);
+
+    // yxhelp_favorites.cpp
+    void CreateFavoritesList();
+    QTreeWidgetItem* NewFavoriteEntry(const TreeViewModel& record, int row);
+    void ShowFavoriteCount();
+    void SlotTreeMenu(const QPoint& pos);
+    void SlotAddFavorite(QTreeWidgetItem* entry);
+    void AddToFavoritesList(const TreeViewModel& record);
+    void SlotDeleteFavorite(QTreeWidgetItem* entry);
+    void RemoveFromFavoritesList(const TreeFavoritesModel& record);
+    void SlotFavoritesQuick();
+
+    // yxhelp_print.cpp
+    void SlotPrint();
+
+    // yxhelp_online.cpp
+    static QString OnlineToolTip();
+    static QString OfflineToolTip();
+    void SwitchToOnlinePage();
+    void SwitchToOfflinePage();
+
+    std::unique_ptr<Ui::YxHelpApp> ui;
+    QSize normalSize{-1, -1}; ///< Size to remember across runs.
+    bool treePending = true;  ///< The contents tree is still to be built.
+    YxViewModel* viewModel = nullptr;
+    QString language;       ///< Language tag in force.
+    QString launchLanguage; ///< Language as launched.
+    QString currentTopicKey;
+    QString currentTopicPath;
+    ConfigInfo productConfig;
+    OpenModeInfo openMode;
+    RedirectWebEnginePage* offlinePage = nullptr;
+    RedirectOnlineWebEnginePage* onlinePage = nullptr;
+};

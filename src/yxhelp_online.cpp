@@ -1,0 +1,32 @@
+#include "yxhelp.h"
+
+#include "ui_yxhelpapp.h"
+#include "widgetproperty.h"
+
+QString YxHelp::OnlineToolTip()
+{
+    return tr("You are currently viewing online documents.Click here to switch to offline mode.");
+}
+
+QString YxHelp::OfflineToolTip()
+{
+    return tr("You are currently viewing offline documents.Click here to switch to online mode.");
+}
+
+void YxHelp::SwitchToOnlinePage()
+{
+    ui->stackedWidget->setCurrentWidget(ui->page_online);
+    for (QWidget* button : {ui->tbn_back, ui->tbn_nextO, ui->tbn_flash})
+        button->show();
+    SetSelected(ui->tbn_online, true);
+}
+
+void YxHelp::SwitchToOfflinePage()
+{
+    if (treePending)
+        CreateContentsTree();
+    ui->stackedWidget->setCurrentWidget(ui->page_offline);
+    for (QWidget* button : {ui->tbn_back, ui->tbn_nextO, ui->tbn_flash})
+        button->hide();
+    SetSelected(ui->tbn_online, false);
+}

@@ -1,0 +1,102 @@
+#include "tst_yxhelpbuild_fixture.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QtTest>
+
+#include <csignal>
+
+/// The program as it is called from a build script.
+class TestHelpBuildProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void callsEndAsTold_data();
+    void callsEndAsTold();
+    void warningsAreCounted();
+    void interruptionLeavesNothing();
+};
+
+void TestHelpBuildProgram::callsEndAsTold_data()
+{
+    QTest::addColumn<QString>("arguments"); // IN and OUT stand for the folders
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+
+    const auto row = [](const char* name, const char* arguments, int code, const char* message) {
+        QTest::newRow(name) << QString::fromLatin1(arguments) << code << QString::fromLatin1(message);
+    };
+    row("good", "--input IN/doc --output OUT --language en-US", 0, "*OUT/en-US/Help/YXCADHelp.db: 1 topics, 0 images*");
+    row("all options", "-i IN/doc -o OUT/x/y -l zh-CN --database My.db --title T", 0, "*OUT/x/y/zh-CN/Help/My.db: *");
+    row("help", "--help", 0, "*--input*--output*--language*--database*--title*--product*exit code*");
+    row("no input", "--output OUT --language en-US", 1, "yxhelp-build: --input is missing*");
+    row("no output", "--input IN/doc --language en-US", 1, "yxhelp-build: --output is missing*");
+    row("no language", "--input IN/doc --output OUT", 1, "yxhelp-build: --language must be a tag*");
+    row("language that leads out", "--input IN/doc --output OUT --language ../x", 1, "yxhelp-build: --language must*");
+    row("database that leads out", "--input IN/doc --output OUT --language en --database ../x.db", 1, "yxhelp-build: --database*");
+    row("unknown option", "--inputs IN/doc", 1, "yxhelp-build: Unknown option*");
+    row("stray word", "IN/doc --output OUT --language en", 1, "yxhelp-build: what is*");
+    row("bad input", "--input IN/none --output OUT --language en", 1, "IN/none: doesn't exist*");
+}
+
+void TestHelpBuildProgram::callsEndAsTold()
+{
+    QFETCH(QString, arguments);
+    QFETCH(int, code);
+    QFETCH(QString, message);
+    BuildFixture fixture;
+    fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"));
+    for (QString* text : {&arguments, &message})
+        text->replace(QLatin1String("IN"), fixture.Input()).replace(QLatin1String("OUT"), fixture.OutputDir());
+    QProcess program;
+    program.start(QStringLiteral(YXHELP_BUILD_PROGRAM), arguments.split(QLatin1Char(' ')));
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), code);
+    const QString errors = QString::fromUtf8(program.readAllStandardError());
+    const QString shown = code == 0 ? QString::fromUtf8(program.readAllStandardOutput()) : errors;
+    QVERIFY2(QRegExp(message, Qt::CaseSensitive, QRegExp::Wildcard).exactMatch(shown), qPrintable(shown));
+    QCOMPARE(errors.count(QLatin1Char('\n')), code == 0 ? 0 : 1);
+}
+
+void TestHelpBuildProgram::warningsAreCounted()
+{
+    BuildFixture fixture;
+    fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"),
+                      QByteArray("\n<a href=none.html>x</a>").repeated(7) + "<img src=none.png></p>");
+    QProcess program;
+    program.start(QStringLiteral(YXHELP_BUILD_PROGRAM),
+                  {QStringLiteral("--input"), fixture.Input(QStringLiteral("doc")), QStringLiteral("--output"),
+                   fixture.OutputDir(), QStringLiteral("--language"), QStringLiteral("en-US")});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 0);
+    const QString errors = QString::fromUtf8(program.readAllStandardError());
+    // Of each kind the first few with their places, and the count.
+    QCOMPARE(errors.count(QLatin1String("the link to \"none.html\" leads nowhere")), 5);
+    QVERIFY(errors.contains(fixture.Input(QStringLiteral("doc/index.html:4: warning: the link to"))));
+    QVERIFY(errors.contains(QLatin1String("\n7 links to pages")));
+    QVERIFY(errors.contains(QLatin1String("\n1 references to images")));
+    QVERIFY(errors.contains(QLatin1String("\n1 pages with broken markup")));
+}
+
+void TestHelpBuildProgram::interruptionLeavesNothing()
+{
+    BuildFixture fixture;
+    const QByteArray text = QByteArray("<p>some text</p>").repeated(2000);
+    for (int i = 0; i < 400; ++i)
+        fixture.WritePage(QStringLiteral("doc/%1.html").arg(i), QStringLiteral("Page"), text);
+    QProcess program;
+    program.start(QStringLiteral(YXHELP_BUILD_PROGRAM),
+                  {QStringLiteral("-i"), fixture.Input(QStringLiteral("doc")), QStringLiteral("-o"),
+                   fixture.OutputDir(), QStringLiteral("-l"), QStringLiteral("en-US")});
+    // The folder in the works shows that the build is under way.
+    QTRY_VERIFY(!QDir(fixture.OutputDir() + QLatin1String("/en-US")).entryList({QStringLiteral(".yxhelp-build-*")}, QDir::Dirs | QDir::Hidden).isEmpty());
+    program.terminate();
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 1);
+    QCOMPARE(program.readAllStandardError(), QByteArray("interrupted\n"));
+    QCOMPARE(QDir(fixture.OutputDir()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestHelpBuildProgram)
+#include "tst_yxhelpbuild_program.moc"
