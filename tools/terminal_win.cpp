@@ -1,0 +1,9 @@
+#include "terminal.h"
+
+#include <cstdio>
+#include <io.h>
+
+bool helpbuild::ErrorStreamIsTerminal()
+{
+    return _isatty(_fileno(stderr)) != 0;
+}
