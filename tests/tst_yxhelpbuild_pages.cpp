@@ -47,8 +47,7 @@ QString TestHelpBuildPages::Finish(BuildFixture& fixture, const QByteArray& page
     fixture.Write(QStringLiteral("doc/notes.txt"), "text");
     if (!fixture.Build({QStringLiteral("doc")}))
         return fixture.Error();
-    const QString title = fixture.Select(QStringLiteral("SELECT Title FROM HelpFileList")).constFirst();
-    return fixture.Finished(title);
+    return fixture.Finished(fixture.Select(QStringLiteral("SELECT Title FROM HelpFileList WHERE ID=1")).constFirst());
 }
 
 // Text that looks like what the viewer searches for stays what it was, and the sheet and the script of the
@@ -100,7 +99,7 @@ void TestHelpBuildPages::textSurvives()
         BuildFixture fixture;
         const QString html = Finish(fixture, page);
         QCOMPARE(TextIn(html), text);
-        const QString body2 = fixture.Select(QStringLiteral("SELECT Body FROM HelpFileList")).constFirst();
+        const QString body2 = fixture.Select(QStringLiteral("SELECT Body FROM HelpFileList WHERE ID=1")).constFirst();
         QCOMPARE(QString(body2).remove(QLatin1Char(' ')), QString(text).remove(QLatin1Char(' ')));
         const QStringList sheets = AttributesIn(html, "link", "href");
         QCOMPARE(sheets.size(), 1);

@@ -29,7 +29,7 @@ void TestHelpBuildProgram::callsEndAsTold_data()
     };
     row("good", "--input IN/doc --output OUT --language en-US", 0, "*OUT/en-US/Help/YXCADHelp.db: 1 topics, 0 images*");
     row("all options", "-i IN/doc -o OUT/x/y -l zh-CN --database My.db --title T", 0, "*OUT/x/y/zh-CN/Help/My.db: *");
-    row("help", "--help", 0, "*--input*--output*--language*--database*--title*--product*exit code*");
+    row("help", "--help", 0, "*exit code 1*--input*--output*--language*--database*--title*--product*");
     row("no input", "--output OUT --language en-US", 1, "yxhelp-build: --input is missing*");
     row("no output", "--input IN/doc --language en-US", 1, "yxhelp-build: --output is missing*");
     row("no language", "--input IN/doc --output OUT", 1, "yxhelp-build: --language must be a tag*");

@@ -74,8 +74,10 @@ bool DatabaseWriter::AddTopic(const TopicRow& row)
                                row.fileName, row.key,      row.filePath,    row.images.join(QLatin1Char(',')),
                                row.body,     row.html};
     int place = 0;
-    for (const QVariant& value : values)
-        topicQuery->bindValue(place++, value);
+    for (const QVariant& value : values) {
+        // A null text would become NULL, which compares with nothing.
+        topicQuery->bindValue(place++, value.isNull() ? QVariant(QStringLiteral("")) : value);
+    }
     return Run(*topicQuery);
 }
 

@@ -165,13 +165,27 @@ private:
         parts.bodyTag = IsWritten(node);
         parts.bodyStart = parts.bodyTag ? document.RangeOf(element.original_tag).end : FirstPosition(element);
         const TextRange endTag = document.RangeOf(element.original_end_tag);
-        parts.bodyEndTag = !endTag.IsEmpty();
-        if (parts.bodyEndTag) {
-            parts.bodyEnd = endTag.begin;
-            return;
-        }
         const TextRange rootEnd = document.RangeOf(document.Root().v.element.original_end_tag);
-        parts.bodyEnd = rootEnd.IsEmpty() ? document.Text().size() : rootEnd.begin;
+        parts.bodyEndTag = !endTag.IsEmpty() && !HasTextBehind(endTag.end, rootEnd);
+        if (parts.bodyEndTag)
+            parts.bodyEnd = endTag.begin;
+        else if (endTag.IsEmpty() && !rootEnd.IsEmpty() && !HasTextBehind(rootEnd.end, {}))
+            parts.bodyEnd = rootEnd.begin;
+        else
+            parts.bodyEnd = document.Text().size();
+        // What stands behind the end of the body belongs to it all the same, but the search wouldn't see it.
+        if (!endTag.IsEmpty() && !parts.bodyEndTag)
+            parts.dropped.push_back(endTag);
+    }
+
+    bool HasTextBehind(int position, const TextRange& exception) const
+    {
+        const QByteArray& text = document.Text();
+        for (int i = position; i < text.size(); ++i) {
+            if (!exception.Contains(i) && !QChar(QLatin1Char(text.at(i))).isSpace())
+                return true;
+        }
+        return false;
     }
 
     // Of a body whose start tag is left out.
