@@ -8,6 +8,7 @@
 #include "widgetproperty.h"
 #include "yxconfig.h"
 #include "yxglobalsignal.h"
+#include "yxsettingwid.h"
 #include "yxviewmodel.h"
 
 #include <QAction>
@@ -60,8 +61,11 @@ bool YxHelp::Init(HelpLaunchArgs args, QString languageTag)
         return false;
     }
     SetProductTitle(productConfig.Product);
-    if (productConfig.Group != 2 && openMode.RunMode == 0)
-        CreateContentsTree();
+    if (productConfig.Group != 2) {
+        if (openMode.RunMode == 0)
+            CreateContentsTree();
+        AdaptSettingSize();
+    }
     return true;
 }
 
@@ -77,6 +81,18 @@ void YxHelp::SetProductTitle(const QString& word)
     ui->label_title->setText(productConfig.ProductName);
 }
 
+void YxHelp::AdaptSettingSize()
+{
+    // Languages with long words need a wider dialog. The factors are percentages, since 1.15 is no exact
+    // double.
+    static const QHash<QString, int> kPercent{{QStringLiteral("ru-RU"), 130}, {QStringLiteral("it-IT"), 125},
+                                              {QStringLiteral("es-ES"), 115}, {QStringLiteral("de-DE"), 110},
+                                              {QStringLiteral("cs-CZ"), 110}, {QStringLiteral("pl-PL"), 110},
+                                              {QStringLiteral("hu-HU"), 110}};
+    settingWid->setMinimumSize(settingWid->width() * kPercent.value(language, 100) / 100,
+                               settingWid->height());
+}
+
 void YxHelp::InitWidget()
 {
     InitFrame();
@@ -84,11 +100,13 @@ void YxHelp::InitWidget()
     InitVisibility();
     // The page rules aren't connected yet, so the start state of the left pane is set by hand.
     ui->frame_index->hide();
+    InitWindowTools();
     ui->stackedWidget_wizard->setCurrentIndex(0);
     SetSelected(ui->tbn_context, true);
     InitToolButtons();
     InitTrees();
     InitWebViews();
+    settingWid = new YxSettingWid(this);
     InitOpenMode();
     if (productConfig.ResizeMemory) {
         normalSize = YxConfig::Instance()->ReadWindowSize();
@@ -115,6 +133,17 @@ void YxHelp::InitFrame()
         ui->splitter->setCollapsible(i, false);
     ui->tbn_back->setEnabled(false);
     ui->tbn_nextO->setEnabled(false);
+}
+
+void YxHelp::InitWindowTools()
+{
+    moveTool.SetLeftButtonOnly();
+    moveTool.SetWidgets(ui->frame_topOpt, this);
+    moveTool.SetDrawTool(&drawTool);
+    drawTool.SetLeftButtonOnly();
+    drawTool.SetWidget(this);
+    drawTool.SetEdgeWidth(ScaleValue(5));
+    drawTool.SetTopLimit(ui->frame_topOpt->height());
 }
 
 void YxHelp::InitProduct()
@@ -259,6 +288,7 @@ void YxHelp::InitConnect()
     connect(hub, &YxGlobalSignal::DragWidgetBMaximized, this, &YxHelp::SlotMaxRestore);
     for (QToolButton* tab : {ui->tbn_context, ui->tbn_index, ui->tbn_favorites, ui->tbn_result})
         connect(tab, &QToolButton::clicked, this, &YxHelp::SlotTabClicked);
+    connect(ui->tbn_setting, &QToolButton::clicked, this, &YxHelp::SlotSetting);
     connect(ui->tbn_pre, &QToolButton::clicked, this, &YxHelp::SlotHistoryBack);
     connect(ui->tbn_next, &QToolButton::clicked, this, &YxHelp::SlotHistoryForward);
     connect(ui->tbn_print, &QToolButton::clicked, this, &YxHelp::SlotPrint);
@@ -352,6 +382,9 @@ void YxHelp::ShowCentered()
                     area.top() + (area.height() - fitted.height()) / 2, fitted.width(), fitted.height());
     }
     show();
+    // It has its layout before its first use then.
+    settingWid->show();
+    settingWid->hide();
     SetWindowOnTop();
 }
 

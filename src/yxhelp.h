@@ -1,7 +1,9 @@
 #pragma once
 
 #include "configinfo.h"
+#include "drawwidgettool.h"
 #include "launchargs.h"
+#include "movewidgettool.h"
 #include "qcommon.h"
 #include "treeviewmodel.h"
 
@@ -13,6 +15,7 @@
 class QTreeWidgetItem;
 class RedirectOnlineWebEnginePage;
 class RedirectWebEnginePage;
+class YxSettingWid;
 class YxViewModel;
 
 namespace Ui {
@@ -56,6 +59,7 @@ private:
     // yxhelp.cpp: construction, connections, closing
     void InitWidget();
     void InitFrame();
+    void InitWindowTools();
     void InitProduct();
     void InitVisibility();
     void InitToolButtons();
@@ -65,6 +69,7 @@ private:
     void InitConnect();
     void InitScreenConnect();
     void SetProductTitle(const QString& word);
+    void AdaptSettingSize();
     void SlotMaxRestore();
     void SlotClose();
 
@@ -113,11 +118,15 @@ private:
     static QString OfflineToolTip();
     void SwitchToOnlinePage();
     void SwitchToOfflinePage();
+    void SlotSetting();
 
     std::unique_ptr<Ui::YxHelpApp> ui;
+    MoveWidgetTool moveTool;
+    DrawWidgetTool drawTool;
     QSize normalSize{-1, -1}; ///< Size to remember across runs.
     bool treePending = true;  ///< The contents tree is still to be built.
     YxViewModel* viewModel = nullptr;
+    YxSettingWid* settingWid = nullptr;
     QString language;       ///< Language tag in force.
     QString launchLanguage; ///< Language as launched.
     QString currentTopicKey;

@@ -2,6 +2,7 @@
 
 #include "ui_yxhelpapp.h"
 #include "widgetproperty.h"
+#include "yxsettingwid.h"
 
 QString YxHelp::OnlineToolTip()
 {
@@ -29,4 +30,19 @@ void YxHelp::SwitchToOfflinePage()
     for (QWidget* button : {ui->tbn_back, ui->tbn_nextO, ui->tbn_flash})
         button->hide();
     SetSelected(ui->tbn_online, false);
+}
+
+void YxHelp::SlotSetting()
+{
+    SetSelected(ui->tbn_setting, true);
+    const int result = settingWid->exec();
+    SetSelected(ui->tbn_setting, false);
+    if (result != QDialog::Accepted)
+        return;
+    if (settingWid->IsOfflineMode())
+        SwitchToOfflinePage();
+    if (settingWid->IsOnlineMode()) {
+        SwitchToOnlinePage();
+        ui->webView_online->reload();
+    }
 }
