@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QSaveFile>
 #include <QStandardPaths>
@@ -63,6 +64,11 @@ ImageHelper::ImageHelper()
     : TempRoot(QStandardPaths::writableLocation(QStandardPaths::TempLocation) +
                QLatin1String("/HelpImageTemp"))
 {
+    // Where users share one temporary directory, the tree belongs to whoever made it first.
+    const QFileInfo root(TempRoot);
+    if (root.exists() && !root.isWritable())
+        TempRoot = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
+                   QLatin1String("/HelpImageTemp");
 }
 
 QString ImageHelper::DatedDir(const QString& language) const

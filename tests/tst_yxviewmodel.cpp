@@ -262,6 +262,10 @@ void TestYxViewModel::pendingRemovalsCountEachTime()
     model->RemoveFavorite(favorite);
     model->RemoveFavorite(favorite);
     QCOMPARE(model->FavoriteCount(), 0);
+    // One of the same id that isn't the same topic removes nothing.
+    TreeFavoritesModel other = model->FavoriteList()->last();
+    other.KeyName += QLatin1Char('x');
+    model->RemoveFavorite(other);
     QCOMPARE(model->FavoriteList()->size(), 2);
     model->SaveFavorites();
     QCOMPARE(database.Favorites(), QStringLiteral("4"));
