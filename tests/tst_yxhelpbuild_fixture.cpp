@@ -51,8 +51,8 @@ void BuildFixture::Write(const QString& path, const QByteArray& content)
 
 void BuildFixture::WritePage(const QString& path, const QString& title, const QByteArray& body)
 {
-    Write(path, "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" + title.toHtmlEscaped().toUtf8() +
-                    "</title></head>\n<body>" + body + "</body></html>\n");
+    Write(path, "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" +
+                    title.toHtmlEscaped().toUtf8() + "</title></head>\n<body>" + body + "</body></html>\n");
 }
 
 QString BuildFixture::Input(const QString& path) const
@@ -106,13 +106,14 @@ QString BuildFixture::Tree() const
 {
     QHash<int, int> depths;
     QString tree;
-    for (const QString& row :
-         Select(QStringLiteral("SELECT ID||' '||ParentID||' '||FileName||' ['||KeyName||']' FROM HelpFileList "
-                               "WHERE Body<>'js'"))) {
+    for (const QString& row : Select(
+             QStringLiteral("SELECT ID||' '||ParentID||' '||FileName||' ['||KeyName||']' FROM HelpFileList "
+                            "WHERE Body<>'js'"))) {
         const int id = row.section(QLatin1Char(' '), 0, 0).toInt();
         const int parent = row.section(QLatin1Char(' '), 1, 1).toInt();
         depths[id] = parent == 0 ? 0 : depths.value(parent) + 1;
-        const QString indent = parent >= 65535 ? QStringLiteral("~ ") : QString(depths[id] * 2, QLatin1Char(' '));
+        const QString indent =
+            parent >= 65535 ? QStringLiteral("~ ") : QString(depths[id] * 2, QLatin1Char(' '));
         tree += indent + row.section(QLatin1Char(' '), 2) + QLatin1Char('\n');
     }
     return tree;
@@ -163,6 +164,30 @@ QByteArray BuildFixture::Png(int number, int size)
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "png");
     return data;
+}
+
+QByteArray Project(const QByteArray& sections, const QByteArray& keywords, const QByteArray& files,
+                   const QByteArray& folder)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<QtHelpProject version=\"1.0\">\n<virtualFolder>" +
+           folder + "</virtualFolder>\n<filterSection>\n<toc>\n" + sections + "</toc>\n<keywords>\n" +
+           keywords + "</keywords>\n<files>\n" + files + "</files>\n</filterSection>\n</QtHelpProject>\n";
+}
+
+QString Finish(BuildFixture& fixture, const QByteArray& page)
+{
+    fixture.Write(QStringLiteral("doc/index.html"), page);
+    fixture.WritePage(QStringLiteral("doc/sub/other.html"), QStringLiteral("Other"));
+    fixture.Write(QStringLiteral("doc/s.css"), "p{}");
+    fixture.Write(QStringLiteral("doc/sub/t.css"), "q{}");
+    fixture.Write(QStringLiteral("doc/a.js"), "a();");
+    fixture.Write(QStringLiteral("doc/lib.js.min.js"), "lib();");
+    fixture.Write(QStringLiteral("doc/i.png"), BuildFixture::Png());
+    fixture.Write(QStringLiteral("doc/notes.txt"), "text");
+    if (!fixture.Build({QStringLiteral("doc")}))
+        return fixture.Error();
+    return fixture.Finished(
+        fixture.Select(QStringLiteral("SELECT Title FROM HelpFileList WHERE ID=1")).constFirst());
 }
 
 QStringList AttributesIn(const QString& html, const char* tag, const char* attribute)

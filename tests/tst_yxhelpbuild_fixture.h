@@ -40,7 +40,8 @@ public:
 
     /// First column of all rows.
     QStringList Select(const QString& statement) const;
-    /// The contents tree as indented text, with the key of each entry behind it; pages outside follow with "~".
+    /// The contents tree as indented text, with the key of each entry behind it; pages outside follow with
+    /// "~".
     QString Tree() const;
     /// The page as the viewer hands it to the web view.
     QString Finished(const QString& title);
@@ -60,6 +61,14 @@ private:
     QStringList reports;
     std::unique_ptr<YxViewModel> viewer;
 };
+
+/// Text of a Qt help project in the given virtual folder.
+QByteArray Project(const QByteArray& sections, const QByteArray& keywords, const QByteArray& files,
+                   const QByteArray& folder = "doc");
+
+/// Builds the page and hands it over finished. Beside it lie the style sheets "s.css" and "sub/t.css", the
+/// scripts "a.js" and "lib.js.min.js", the image "i.png", "notes.txt" and the page "sub/other.html", "Other".
+QString Finish(BuildFixture& fixture, const QByteArray& page);
 
 /// Values of an attribute in a finished page, in their order: "img", "src".
 QStringList AttributesIn(const QString& html, const char* tag, const char* attribute);

@@ -27,14 +27,18 @@ void TestHelpBuildProgram::callsEndAsTold_data()
     const auto row = [](const char* name, const char* arguments, int code, const char* message) {
         QTest::newRow(name) << QString::fromLatin1(arguments) << code << QString::fromLatin1(message);
     };
-    row("good", "--input IN/doc --output OUT --language en-US", 0, "*OUT/en-US/Help/YXCADHelp.db: 1 topics, 0 images*");
-    row("all options", "-i IN/doc -o OUT/x/y -l zh-CN --database My.db --title T", 0, "*OUT/x/y/zh-CN/Help/My.db: *");
+    row("good", "--input IN/doc --output OUT --language en-US", 0,
+        "*OUT/en-US/Help/YXCADHelp.db: 1 topics, 0 images*");
+    row("all options", "-i IN/doc -o OUT/x/y -l zh-CN --database My.db --title T", 0,
+        "*OUT/x/y/zh-CN/Help/My.db: *");
     row("help", "--help", 0, "*exit code 1*--input*--output*--language*--database*--title*--product*");
     row("no input", "--output OUT --language en-US", 1, "yxhelp-build: --input is missing*");
     row("no output", "--input IN/doc --language en-US", 1, "yxhelp-build: --output is missing*");
     row("no language", "--input IN/doc --output OUT", 1, "yxhelp-build: --language must be a tag*");
-    row("language that leads out", "--input IN/doc --output OUT --language ../x", 1, "yxhelp-build: --language must*");
-    row("database that leads out", "--input IN/doc --output OUT --language en --database ../x.db", 1, "yxhelp-build: --database*");
+    row("language that leads out", "--input IN/doc --output OUT --language ../x", 1,
+        "yxhelp-build: --language must*");
+    row("database that leads out", "--input IN/doc --output OUT --language en --database ../x.db", 1,
+        "yxhelp-build: --database*");
     row("unknown option", "--inputs IN/doc", 1, "yxhelp-build: Unknown option*");
     row("stray word", "IN/doc --output OUT --language en", 1, "yxhelp-build: what is*");
     row("bad input", "--input IN/none --output OUT --language en", 1, "IN/none: doesn't exist*");
@@ -48,7 +52,8 @@ void TestHelpBuildProgram::callsEndAsTold()
     BuildFixture fixture;
     fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"));
     for (QString* text : {&arguments, &message})
-        text->replace(QLatin1String("IN"), fixture.Input()).replace(QLatin1String("OUT"), fixture.OutputDir());
+        text->replace(QLatin1String("IN"), fixture.Input())
+            .replace(QLatin1String("OUT"), fixture.OutputDir());
     QProcess program;
     program.start(QStringLiteral(YXHELP_BUILD_PROGRAM), arguments.split(QLatin1Char(' ')));
     QVERIFY(program.waitForFinished());
@@ -66,8 +71,9 @@ void TestHelpBuildProgram::warningsAreCounted()
                       QByteArray("\n<a href=none.html>x</a>").repeated(7) + "<img src=none.png></p>");
     QProcess program;
     program.start(QStringLiteral(YXHELP_BUILD_PROGRAM),
-                  {QStringLiteral("--input"), fixture.Input(QStringLiteral("doc")), QStringLiteral("--output"),
-                   fixture.OutputDir(), QStringLiteral("--language"), QStringLiteral("en-US")});
+                  {QStringLiteral("--input"), fixture.Input(QStringLiteral("doc")),
+                   QStringLiteral("--output"), fixture.OutputDir(), QStringLiteral("--language"),
+                   QStringLiteral("en-US")});
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 0);
     const QString errors = QString::fromUtf8(program.readAllStandardError());
@@ -90,12 +96,15 @@ void TestHelpBuildProgram::interruptionLeavesNothing()
                   {QStringLiteral("-i"), fixture.Input(QStringLiteral("doc")), QStringLiteral("-o"),
                    fixture.OutputDir(), QStringLiteral("-l"), QStringLiteral("en-US")});
     // The folder in the works shows that the build is under way.
-    QTRY_VERIFY(!QDir(fixture.OutputDir() + QLatin1String("/en-US")).entryList({QStringLiteral(".yxhelp-build-*")}, QDir::Dirs | QDir::Hidden).isEmpty());
+    QTRY_VERIFY(!QDir(fixture.OutputDir() + QLatin1String("/en-US"))
+                     .entryList({QStringLiteral(".yxhelp-build-*")}, QDir::Dirs | QDir::Hidden)
+                     .isEmpty());
     program.terminate();
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 1);
     QCOMPARE(program.readAllStandardError(), QByteArray("interrupted\n"));
-    QCOMPARE(QDir(fixture.OutputDir()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList());
+    QCOMPARE(QDir(fixture.OutputDir()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestHelpBuildProgram)

@@ -17,6 +17,11 @@ bool IsAscii(const QByteArray& text)
     return std::all_of(text.begin(), text.end(), [](char character) { return (character & 0x80) == 0; });
 }
 
+bool IsBlank(char character)
+{
+    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+
 QString Quoted(const QString& text)
 {
     return QLatin1Char('"') + text + QLatin1Char('"');
@@ -246,11 +251,14 @@ void DatabasePage::RemoveAttribute(const TextRange& attribute)
     edits.Remove(WithBlankBefore(attribute));
 }
 
+// The blank goes with the attribute, unless it is all that parts its neighbours.
 TextRange DatabasePage::WithBlankBefore(const TextRange& attribute) const
 {
-    const char before = document.Text().at(attribute.begin - 1);
-    const bool isBlank = before == ' ' || before == '\t' || before == '\n' || before == '\r';
-    return {isBlank ? attribute.begin - 1 : attribute.begin, attribute.end};
+    const QByteArray& text = document.Text();
+    const bool apart =
+        attribute.end < text.size() && (IsBlank(text.at(attribute.end)) || text.at(attribute.end) == '>');
+    return {apart && IsBlank(text.at(attribute.begin - 1)) ? attribute.begin - 1 : attribute.begin,
+            attribute.end};
 }
 
 QByteArray DatabasePage::AttributeName(const TextRange& name) const

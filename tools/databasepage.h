@@ -71,7 +71,7 @@ private:
 
     const HtmlDocument& document;
     const PageParts& parts;
-    const SharedParts& shared;
+    const SharedParts shared; // A copy: callers pass a temporary of references.
     QString pagePath;
     QString pageFile;
     QUrl base;

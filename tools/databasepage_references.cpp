@@ -9,7 +9,7 @@
 namespace helpbuild {
 namespace {
 
-const QByteArray kBlankTarget(" target=\"_blank\"");
+const QByteArray kBlankTarget("target=\"_blank\"");
 
 // An object shows an image; what else it may hold the viewer can't reach.
 bool IsImageName(const QString& path)
@@ -95,11 +95,11 @@ void DatabasePage::WriteExternalLink(const PageReference& reference, const QStri
 {
     const QByteArray attribute = AttributeName(reference.name) + '=' + AttributeValue(address);
     if (reference.target.IsEmpty()) {
-        edits.Replace(reference.attribute, attribute + kBlankTarget);
+        edits.Replace(reference.attribute, attribute + " " + kBlankTarget);
         return;
     }
     edits.Replace(reference.attribute, attribute);
-    edits.Replace(WithBlankBefore(reference.target), kBlankTarget);
+    edits.Replace(reference.target, kBlankTarget);
 }
 
 bool DatabasePage::WriteImage(const PageReference& reference)

@@ -118,7 +118,7 @@ bool HelpBuilder::WritePage(PlannedTopic& topic)
     if (!decoded.problem.isEmpty())
         diagnostics.Report(Finding::Encoding, {real, 0}, decoded.problem);
 
-    const HtmlDocument document(decoded.utf8);
+    const HtmlDocument document(WithoutNoScript(decoded.utf8));
     if (document.HasMarkupErrors())
         diagnostics.Report(Finding::BrokenMarkup, {real, 0}, QStringLiteral("broken markup"));
     const PageParts parts = ScanPage(document);
@@ -138,11 +138,11 @@ bool HelpBuilder::WritePage(PlannedTopic& topic)
     row.images = page.ImageKeys();
     row.body = PlainText(document);
     row.html = page.Html();
-    return WriteRows(topic, std::move(row));
+    return WriteRows(topic, row);
 }
 
 // A further entry of a page holds the page, too, but is left out of the search.
-bool HelpBuilder::WriteRows(PlannedTopic& topic, TopicRow row)
+bool HelpBuilder::WriteRows(const PlannedTopic& topic, const TopicRow& row)
 {
     if (!AddRow(row))
         return false;

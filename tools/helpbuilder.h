@@ -43,7 +43,7 @@ private:
     bool OpenStores();
     bool WritePages();
     bool WritePage(PlannedTopic& topic);
-    bool WriteRows(PlannedTopic& topic, TopicRow row);
+    bool WriteRows(const PlannedTopic& topic, const TopicRow& row);
     bool WriteLists();
     bool WriteScripts();
     bool Finish();

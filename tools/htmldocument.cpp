@@ -74,6 +74,28 @@ TextRange HtmlDocument::ContentRange(const GumboElement& element) const
     return {RangeOf(element.original_tag).end, endTag.IsEmpty() ? whole.end : endTag.begin};
 }
 
+QByteArray WithoutNoScript(const QByteArray& utf8)
+{
+    QByteArray text = utf8;
+    const QByteArray folded = utf8.toLower();
+    const QByteArray endTag("</noscript>");
+    if (!folded.contains("<noscript"))
+        return text;
+    const HtmlDocument document(utf8);
+    document.ForEachNode([&](const GumboNode& node) {
+        if (!IsWritten(node) || node.v.element.tag != GUMBO_TAG_NOSCRIPT)
+            return;
+        const int begin = document.RangeOf(node.v.element.original_tag).begin;
+        const int found = folded.indexOf(endTag, begin);
+        const int end = found < 0 ? text.size() : found + endTag.size();
+        for (int i = begin; i < end; ++i) {
+            if (text.at(i) != '\n')
+                text[i] = ' ';
+        }
+    });
+    return text;
+}
+
 bool IsWritten(const GumboNode& node)
 {
     if (node.type != GUMBO_NODE_ELEMENT && node.type != GUMBO_NODE_TEMPLATE)

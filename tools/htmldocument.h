@@ -50,6 +50,10 @@ private:
     GumboOutput* output;
 };
 
+/// The page with blanks in place of its "noscript" elements. To a browser that runs scripts they are plain
+/// text up to their end tags, and their tags would make another page of it.
+QByteArray WithoutNoScript(const QByteArray& utf8);
+
 /// True for an element whose start tag stands in the source and that is no copy made by the parser.
 bool IsWritten(const GumboNode& node);
 

@@ -119,9 +119,6 @@ private:
         case GUMBO_TAG_SCRIPT:
             VisitScript(node);
             break;
-        case GUMBO_TAG_NOSCRIPT:
-            DropNoScript(element);
-            break;
         case GUMBO_TAG_SOURCE:
             // Without its choices a picture shows the image that stands in it.
             if (gumbo_get_attribute(&element.attributes, "srcset") != nullptr)
@@ -137,22 +134,6 @@ private:
         default:
             break;
         }
-    }
-
-    // Scripts run in the viewer, and there the element is plain text up to its end tag, whatever it holds.
-    void DropNoScript(const GumboElement& element)
-    {
-        TextRange range = document.RangeOf(element);
-        const QByteArray& text = document.Text();
-        const QByteArray endTag("</noscript>");
-        for (int i = range.begin; i + endTag.size() <= text.size(); ++i) {
-            if (text.at(i) == '<' &&
-                qstrnicmp(text.constData() + i, endTag.constData(), endTag.size()) == 0) {
-                range.end = i + endTag.size();
-                break;
-            }
-        }
-        parts.dropped.push_back(range);
     }
 
     void Drop(const GumboStringPiece& tag) { parts.dropped.push_back(document.RangeOf(tag)); }
@@ -246,9 +227,11 @@ private:
         sheet.content = document.ContentRange(element);
         sheet.value = TextOf(element);
         sheet.media = AttributeText(element, "media");
+        // In a drawing it is text like any other.
+        if (element.tag_namespace != GUMBO_NAMESPACE_HTML)
+            return;
         parts.rawText.push_back(sheet.content);
-        if (element.tag_namespace == GUMBO_NAMESPACE_HTML)
-            parts.sheets.push_back(sheet);
+        parts.sheets.push_back(sheet);
     }
 
     void VisitScript(const GumboNode& node)

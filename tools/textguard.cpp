@@ -79,7 +79,7 @@ QByteArray Disguised(QByteArray word, const Guard& guard, bool isRaw)
     // A stray end tag must stay one, and elsewhere the blank does no harm.
     if (&guard == &kScriptEnd && !isRaw)
         return word.insert(word.size() - 1, ' ');
-    const int code = word.at(guard.disguised);
+    const auto code = static_cast<unsigned char>(word.at(guard.disguised));
     QByteArray disguise = "&#" + QByteArray::number(code) + ';';
     if (isRaw)
         disguise = '\\' + QByteArray::number(code, 16) + ' ';
@@ -149,10 +149,8 @@ QByteArray GuardScript(const EditedText& script)
     RangeCursor<MarkedRange> marks(script.marks);
     for (int i = 0; i < text.size(); ++i) {
         const bool real = marks.At(i) != nullptr;
-        if (!real && Matches(text, i, ".css\"")) {
-            result.append(text.mid(i, 3)).append("\\u00").append(QByteArray::number(text.at(i + 3), 16));
-            i += 3;
-        } else if (!real && Matches(text, i, "href=\"")) {
+        if (!real && (Matches(text, i, kSheetEnd.word) || Matches(text, i, kHref.word))) {
+            // The fourth letter of both, in the one form that strings and names have in common.
             result.append(text.mid(i, 3)).append("\\u00").append(QByteArray::number(text.at(i + 3), 16));
             i += 3;
         } else if (Matches(text, i, "</script")) {

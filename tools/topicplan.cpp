@@ -117,17 +117,16 @@ private:
 
     void Visit(const DocNode& node, int parentId, int topParentId)
     {
-        const bool known = shown.contains(node.page) || (node.anchored && wholePages.contains(node.page));
+        const bool elsewhere = shown.contains(node.page) || (node.anchored && wholePages.contains(node.page));
+        const bool known = elsewhere && parentId > 0; // the root has its page whatever follows
         int id = parentId;
         if (node.page.isEmpty() || !known) {
             id = Add(node, parentId, topParentId, false);
             shown.insert(node.page);
-        } else if (parentId > 0 && At(parentId).page == node.page) {
+        } else if (At(parentId).page == node.page || (node.anchored && node.children.empty())) {
             ReportMerged(node);
         } else if (!node.anchored) {
             id = Add(node, parentId, topParentId, true);
-        } else if (node.children.empty()) {
-            ReportMerged(node);
         } else {
             // The viewer opens a page at its top only, so such a section is no more than a heading.
             DocNode heading = node;
@@ -135,7 +134,7 @@ private:
             heading.folder = WithoutExtension(node.page);
             id = Add(heading, parentId, topParentId, false);
         }
-        const int top = id == 0 ? 0 : At(id).topParentId;
+        const int top = At(id).topParentId;
         for (const DocNode& child : node.children)
             Visit(child, id, top);
     }

@@ -1,0 +1,208 @@
+#include "tst_yxhelpbuild_fixture.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QImage>
+#include <QRegExp>
+#include <QtTest>
+
+namespace {
+
+QByteArray Content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+}
+
+// Names and contents of all files below a folder.
+QMap<QString, QByteArray> Snapshot(const QString& folder)
+{
+    QMap<QString, QByteArray> files;
+    QDirIterator entries(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        files.insert(QDir(folder).relativeFilePath(path), Content(path));
+    }
+    return files;
+}
+
+} // namespace
+
+/// What a build leaves behind, when it succeeds and when it doesn't.
+class TestHelpBuildOutput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void badInputIsRefused_data();
+    void badInputIsRefused();
+    void failedBuildLeavesTheOldOutput();
+    void newBuildReplacesTheOldOutput();
+    void sameInputGivesTheSameBytes();
+    void productIsPacked();
+};
+
+void TestHelpBuildOutput::badInputIsRefused_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QString>("error");
+
+    const auto row = [](const char* name, const char* file, const QByteArray& content, const char* input,
+                        const char* error) {
+        QTest::newRow(name) << QString::fromLatin1(file) << content << QString::fromLatin1(input)
+                            << QString::fromLatin1(error);
+    };
+    row("no input", "x", "", "nowhere", "nowhere: doesn't exist");
+    row("another kind of file", "x.txt", "", "x.txt", "x.txt: is neither a Qt help project nor a folder");
+    row("folder without pages", "doc/readme.txt", "", "doc", "doc: the folder holds no HTML page");
+    row("missing file in a project", "p.qhp",
+        Project("<section title=\"A\" ref=\"page.html\"/>\n", "",
+                "<file>page.html</file>\n<file>gone.png</file>"),
+        "p.qhp", "p.qhp:12: the file \"gone.png\" doesn't exist");
+    row("pattern without files", "p.qhp",
+        Project("<section title=\"A\" ref=\"page.html\"/>\n", "", "<file>none/*.html</file>\n"), "p.qhp",
+        "p.qhp:11: the file \"none/*.html\" doesn't exist");
+    row("section without a page", "p.qhp", Project("<section title=\"A\"/>\n", "", "<file>page.html</file>"),
+        "p.qhp", "p.qhp:6: the section \"A\" names no page");
+    row("no sections", "p.qhp", Project("", "", "<file>page.html</file>"), "p.qhp",
+        "p.qhp: the project has no sections");
+    row("broken XML", "p.qhp", "<QtHelpProject>\n<toc>\n</QtHelpProject>", "p.qhp", "p.qhp:3: *");
+    row("no project", "p.qhp", "<html/>", "p.qhp", "p.qhp:1: this is no Qt help project");
+    row("empty project", "p.qhp", "", "p.qhp", "p.qhp:1: *");
+    row("unreadable image", "doc/a.png", "no image", "doc",
+        "doc/page.html:5: the image \"a.png\" can't be read as an image");
+    row("cut off image", "doc/a.png", BuildFixture::Png(0, 40).left(200), "doc",
+        "doc/page.html:5: the image \"a.png\" can't be read as an image");
+    row("broken drawing", "doc/a.png", "<svg><g></svg>", "doc",
+        "doc/page.html:5: the image \"a.png\" can't be read as an image");
+    row("unquoted comma", "p.ini", "[YxHelp]\nProduct=X\nProductName=A, B\n", "doc",
+        "p.ini:3: the value of \"ProductName\" holds a comma*");
+    row("unquoted semicolon", "p.ini", "[YxHelp]\nProduct=X\nVersionName=\"A\";B\n", "doc",
+        "p.ini:3: the value of \"VersionName\" holds*");
+    row("no group", "p.ini", "[YxHelp]\nProduct=X\n", "doc",
+        "p.ini: \"Group\" in ?Display? must be 1, 2 or 3");
+    row("no product", "p.ini", "[Display]\nGroup=1\n", "doc", "p.ini: \"Product\" in ?YxHelp? is missing");
+    row("no pair", "p.ini", "[YxHelp]\nProduct\n", "doc", "p.ini:2: this is no \"key=value\"");
+    row("not UTF-8", "p.ini", "[YxHelp]\nProduct=\xf6\n", "doc", "p.ini:2: this is no UTF-8");
+    row("no description", "x", "", "doc/p.ini", "*");
+}
+
+void TestHelpBuildOutput::badInputIsRefused()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, input);
+    QFETCH(QString, error);
+    BuildFixture fixture;
+    fixture.WritePage(QStringLiteral("page.html"), QStringLiteral("Page"));
+    if (input == QLatin1String("doc") && !file.endsWith(QLatin1String(".txt")))
+        fixture.WritePage(QStringLiteral("doc/page.html"), QStringLiteral("Page"),
+                          "\n<p>\n<img src='a.png'>");
+    fixture.Write(file, content);
+    if (file.endsWith(QLatin1String(".ini")))
+        fixture.options.product = fixture.Input(file);
+
+    QVERIFY(!fixture.Build({input}));
+    const QRegExp pattern(error, Qt::CaseSensitive, QRegExp::Wildcard);
+    QVERIFY2(pattern.exactMatch(fixture.Error()), qPrintable(fixture.Error()));
+    QVERIFY(!fixture.Error().contains(QLatin1Char('\n')));
+    QCOMPARE(QDir(fixture.OutputDir()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+}
+
+void TestHelpBuildOutput::failedBuildLeavesTheOldOutput()
+{
+    BuildFixture fixture;
+    fixture.Write(QStringLiteral("doc/s.css"), "p{}");
+    fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"),
+                      "<link rel=stylesheet href=s.css>");
+    QVERIFY2(fixture.Build({QStringLiteral("doc")}), qPrintable(fixture.Error()));
+    const auto before = Snapshot(fixture.OutputDir());
+
+    fixture.Write(QStringLiteral("doc/s.css"), "q{}");
+    fixture.Write(QStringLiteral("doc/z.png"), "no image");
+    fixture.WritePage(QStringLiteral("doc/z.html"), QStringLiteral("Z"), "<img src=z.png>");
+    QVERIFY(!fixture.Build({QStringLiteral("doc")}));
+    QCOMPARE(Snapshot(fixture.OutputDir()), before);
+
+    fixture.options.output = fixture.Input(QStringLiteral("doc/s.css"));
+    QVERIFY(!fixture.Build({QStringLiteral("doc")}));
+    QCOMPARE(fixture.Error(), QStringLiteral("doc/s.css/en-US: the folder can't be created"));
+}
+
+void TestHelpBuildOutput::newBuildReplacesTheOldOutput()
+{
+    BuildFixture fixture;
+    const auto buildWith = [&fixture](const QByteArray& css) {
+        fixture.Write(QStringLiteral("doc/s.css"), css);
+        fixture.WritePage(QStringLiteral("doc/index.html"), QString::fromLatin1(css),
+                          "<link rel=stylesheet href=s.css>");
+        QVERIFY2(fixture.Build({QStringLiteral("doc")}), qPrintable(fixture.Error()));
+    };
+    const auto sheetCount = [&fixture] {
+        return QDir(fixture.HelpDir() + QLatin1String("/styles")).entryList(QDir::Files).size();
+    };
+    buildWith("a{}");
+    buildWith("b{}");
+    QCOMPARE(fixture.Select(QStringLiteral("SELECT Title FROM HelpFileList")),
+             QStringList{QStringLiteral("b{}")});
+    QCOMPARE(sheetCount(), 1);
+    // Another database in the folder keeps its style sheets.
+    fixture.options.database = QStringLiteral("Other.db");
+    buildWith("c{}");
+    QCOMPARE(sheetCount(), 2);
+    fixture.options.database = QStringLiteral("YXCADHelp.db");
+    QVERIFY(
+        QFile::exists(AttributesIn(fixture.Finished(QStringLiteral("b{}")), "link", "href").constFirst()));
+}
+
+void TestHelpBuildOutput::sameInputGivesTheSameBytes()
+{
+    const auto build = [](BuildFixture& fixture, bool backwards) {
+        QStringList names;
+        for (int i = 0; i < 12; ++i)
+            names.insert(backwards ? 0 : i, QStringLiteral("doc/s%1/p%2.html").arg(i % 3).arg(i));
+        for (const QString& name : qAsConst(names))
+            fixture.WritePage(
+                name, name,
+                "<script>var a;</script><img src=\"../i.png\"><link rel=stylesheet href=\"../s.css\">");
+        fixture.Write(QStringLiteral("doc/i.png"), BuildFixture::Png());
+        fixture.Write(QStringLiteral("doc/s.css"), "p{background:url(i.png)}");
+        QVERIFY2(fixture.Build({QStringLiteral("doc")}), qPrintable(fixture.Error()));
+    };
+    BuildFixture one;
+    BuildFixture two;
+    build(one, false);
+    build(two, true);
+    const auto files = Snapshot(one.OutputDir());
+    QCOMPARE(files.keys().size(), 4);
+    QCOMPARE(Snapshot(two.OutputDir()), files);
+}
+
+void TestHelpBuildOutput::productIsPacked()
+{
+    BuildFixture fixture;
+    fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"));
+    const QByteArray ini = "[YxHelp]\nProduct=X\nProductName=\"A, B\"\n[Display]\nGroup=3\n";
+    fixture.Write(QStringLiteral("product/mine.ini"), ini);
+    fixture.Write(QStringLiteral("product/YxPrdIcon.png"), BuildFixture::Png(7));
+    fixture.options.product = fixture.Input(QStringLiteral("product/mine.ini"));
+    QVERIFY2(fixture.Build({QStringLiteral("doc")}), qPrintable(fixture.Error()));
+
+    const QString file = fixture.HelpDir() + QLatin1String("/YxHelpSystem.rcc");
+    QVERIFY(QResource::registerResource(file));
+    QCOMPARE(Content(QStringLiteral(":/Resource/Config/YxHelp.ini")), ini);
+    QCOMPARE(Content(QStringLiteral(":/Resource/Resources/YxPrdIcon.png")), BuildFixture::Png(7));
+    QVERIFY(!QImage(QStringLiteral(":/Resource/Resources/top_background.png")).isNull());
+    QVERIFY(QFile::exists(QStringLiteral(":/Resource/qss/YxHelp.qss")));
+    QResource::unregisterResource(file);
+
+    fixture.Write(QStringLiteral("product/top_background.png"), "no image");
+    QVERIFY(!fixture.Build({QStringLiteral("doc")}));
+    QCOMPARE(fixture.Error(), QStringLiteral("product/top_background.png: can't be read as an image"));
+}
+
+QTEST_GUILESS_MAIN(TestHelpBuildOutput)
+#include "tst_yxhelpbuild_output.moc"
