@@ -42,7 +42,7 @@ YxHelp::YxHelp() : ui(new Ui::YxHelpApp())
 
 YxHelp::~YxHelp() = default;
 
-bool YxHelp::Init(HelpLaunchArgs args, QString languageTag)
+bool YxHelp::Init(const HelpLaunchArgs& args, const QString& languageTag)
 {
     if (args.product == QLatin1String("YXCAD") || args.product == QLatin1String("YX3D"))
         productConfig.Product = args.product;

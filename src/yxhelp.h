@@ -34,7 +34,7 @@ public:
 
     /// Opens the help that `args` name in the language `languageTag`. False when there is no help database;
     /// the user has been told then.
-    bool Init(HelpLaunchArgs args, QString languageTag);
+    bool Init(const HelpLaunchArgs& args, const QString& languageTag);
 
     /// First show, in the middle of the primary screen.
     void ShowCentered();

@@ -61,7 +61,7 @@ void YxHelp::AddToFavoritesList(const TreeViewModel& record)
     });
     if (known)
         return;
-    TreeFavoritesModel favorite(record);
+    TreeFavoritesModel favorite{record};
     favorite.Item = NewFavoriteEntry(record, list.size());
     viewModel->AddFavorite(favorite);
     ShowFavoriteCount();

@@ -56,22 +56,22 @@ void YxSwitchButton::setAnimation(bool animation)
     animationValue = animation;
 }
 
-void YxSwitchButton::setBgColorOff(QColor bgColorOff)
+void YxSwitchButton::setBgColorOff(const QColor& bgColorOff)
 {
     Assign(bgColorOffValue, bgColorOff);
 }
 
-void YxSwitchButton::setBgColorOn(QColor bgColorOn)
+void YxSwitchButton::setBgColorOn(const QColor& bgColorOn)
 {
     Assign(bgColorOnValue, bgColorOn);
 }
 
-void YxSwitchButton::setSliderColorOff(QColor sliderColorOff)
+void YxSwitchButton::setSliderColorOff(const QColor& sliderColorOff)
 {
     Assign(sliderColorOffValue, sliderColorOff);
 }
 
-void YxSwitchButton::setSliderColorOn(QColor sliderColorOn)
+void YxSwitchButton::setSliderColorOn(const QColor& sliderColorOn)
 {
     Assign(sliderColorOnValue, sliderColorOn);
 }

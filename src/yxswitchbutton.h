@@ -41,10 +41,10 @@ public slots:
     /// At once, or 10 ms later on a switch that is narrower than 50 pixels or has no size yet.
     void setChecked(bool checked);
     void setAnimation(bool animation);
-    void setBgColorOff(QColor bgColorOff);
-    void setBgColorOn(QColor bgColorOn);
-    void setSliderColorOff(QColor sliderColorOff);
-    void setSliderColorOn(QColor sliderColorOn);
+    void setBgColorOff(const QColor& bgColorOff);
+    void setBgColorOn(const QColor& bgColorOn);
+    void setSliderColorOff(const QColor& sliderColorOff);
+    void setSliderColorOn(const QColor& sliderColorOn);
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
