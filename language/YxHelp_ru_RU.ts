@@ -166,7 +166,7 @@
     </message>
     <message>
         <source>Contents</source>
-        <translation>Содержание</translation>
+        <translation>Темы</translation>
     </message>
     <message>
         <source>Index</source>
@@ -174,7 +174,7 @@
     </message>
     <message>
         <source>Result</source>
-        <translation>Результаты</translation>
+        <translation>Поиск</translation>
     </message>
     <message>
         <source>about:blank</source>
