@@ -67,8 +67,8 @@ ImageHelper::ImageHelper()
     // Where users share one temporary directory, the tree belongs to whoever made it first.
     const QFileInfo root(TempRoot);
     if (root.exists() && !root.isWritable())
-        TempRoot = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) +
-                   QLatin1String("/HelpImageTemp");
+        TempRoot =
+            QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + QLatin1String("/HelpImageTemp");
 }
 
 QString ImageHelper::DatedDir(const QString& language) const

@@ -211,7 +211,6 @@ void YxHelp::InitTrees()
     for (QTreeWidget* tree : {ui->treeWidget, ui->treeWidget_favorites}) {
         tree->setHeaderHidden(true);
         tree->setFocusPolicy(Qt::NoFocus);
-        tree->setIndentation(ScaleValue(10));
         tree->setUniformRowHeights(true);
     }
     ui->treeWidget_result->setFocusPolicy(Qt::NoFocus);
@@ -222,6 +221,10 @@ void YxHelp::InitWebViews()
 {
     offlinePage = new RedirectWebEnginePage(ui->webEngineView);
     ui->webEngineView->setPage(offlinePage);
+    // The views get their first address here and not in the form: there it would go to pages that are thrown
+    // away with this, and each costs a process of the engine. It also starts the engine's process for the
+    // topic, which then comes up while the contents are read.
+    offlinePage->setUrl(QUrl(QStringLiteral("about:blank")));
     onlinePage = new RedirectOnlineWebEnginePage(ui->webView_online);
     ui->webView_online->setPage(onlinePage);
     ui->webEngineView->setFocusPolicy(Qt::ClickFocus);
@@ -244,8 +247,12 @@ void YxHelp::InitWebViews()
             action != QWebEnginePage::SelectAll)
             offlinePage->action(action)->setText(text);
     }
-    for (auto action : {QWebEnginePage::Back, QWebEnginePage::Forward, QWebEnginePage::Reload,
-                        QWebEnginePage::ViewSource, QWebEnginePage::SavePage})
+    // What is left is copying. The engine's own ways to open a link would take a topic for a file.
+    for (auto action :
+         {QWebEnginePage::Back, QWebEnginePage::Forward, QWebEnginePage::Reload, QWebEnginePage::ViewSource,
+          QWebEnginePage::SavePage, QWebEnginePage::OpenLinkInThisWindow, QWebEnginePage::OpenLinkInNewWindow,
+          QWebEnginePage::OpenLinkInNewTab, QWebEnginePage::DownloadLinkToDisk,
+          QWebEnginePage::CopyLinkToClipboard})
         offlinePage->action(action)->setVisible(false);
     for (auto action : {QWebEnginePage::Undo, QWebEnginePage::Redo, QWebEnginePage::PasteAndMatchStyle})
         onlinePage->action(action)->setVisible(false);

@@ -20,7 +20,12 @@ QTreeWidgetItem* YxHelp::NewFavoriteEntry(const TreeViewModel& record, int row)
 {
     auto* entry = new QTreeWidgetItem(ui->treeWidget_favorites, {record.FileName});
     entry->setData(0, Qt::UserRole, row);
-    entry->setIcon(0, QIcon(QStringLiteral(":/Resource/CommonResources/icon_favorite.png")));
+    const QPixmap star(QStringLiteral(":/Resource/CommonResources/icon_favorite.png"));
+    QIcon icon;
+    icon.addPixmap(star, QIcon::Normal, QIcon::Off);
+    // Styles tint the picture of a selected entry unless it has one of its own.
+    icon.addPixmap(star, QIcon::Selected, QIcon::Off);
+    entry->setIcon(0, icon);
     return entry;
 }
 

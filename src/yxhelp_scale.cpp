@@ -84,4 +84,6 @@ void YxHelp::ApplyRowStyle()
     for (QTreeWidget* tree :
          {ui->treeWidget, ui->treeWidget_index, ui->treeWidget_favorites, ui->treeWidget_result})
         tree->setStyleSheet(style);
+    for (QTreeWidget* tree : {ui->treeWidget, ui->treeWidget_favorites})
+        tree->setIndentation(ScaleValue(10));
 }
