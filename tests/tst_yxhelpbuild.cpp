@@ -269,9 +269,9 @@ void TestHelpBuild::rowsKeepTheViewersRules()
     QCOMPARE(fixture.Select(count + QLatin1String("FilePath||KeyName||ImagePath LIKE '%''%'")), none);
     QCOMPARE(fixture.Select(count + QLatin1String("instr(FilePath||KeyName||ImagePath, '%')>0")), none);
     QCOMPARE(fixture.Select(count + QLatin1String("ParentID>=ID AND ParentID<65535")), none);
-    QCOMPARE(
-        fixture.Select(count + QLatin1String("FilePath='' OR KeyName='' OR length(Html)=0 OR instr(FilePath,'/')")),
-        none);
+    QCOMPARE(fixture.Select(
+                 count + QLatin1String("FilePath='' OR KeyName='' OR length(Html)=0 OR instr(FilePath,'/')")),
+             none);
     QCOMPARE(fixture.Select(QStringLiteral("SELECT max(ID)-count(*) FROM HelpFileList")), none);
     QCOMPARE(
         fixture.Select(QStringLiteral("SELECT count(*)-count(DISTINCT lower(KeyName)) FROM HelpFileList")),

@@ -76,9 +76,10 @@ bool DatabaseWriter::Open(const QString& file)
 
 bool DatabaseWriter::AddTopic(const TopicRow& row)
 {
-    const QVariant values[] = {row.id,       row.parentId, row.topParentId, row.title,
-                               row.fileName, row.key,      row.filePath,    row.images.join(QLatin1Char(',')),
-                               row.body,     row.html.toUtf8()};
+    const QVariant values[] = {
+        row.id,       row.parentId,     row.topParentId, row.title,
+        row.fileName, row.key,          row.filePath,    row.images.join(QLatin1Char(',')),
+        row.body,     row.html.toUtf8()};
     int place = 0;
     for (const QVariant& value : values) {
         // A null text would become NULL, which compares with nothing.
