@@ -265,8 +265,6 @@ void YxHelp::InitWebViews()
     online->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
     for (QWebEngineView* view : {ui->webEngineView, ui->webView_online})
         view->settings()->setFontFamily(QWebEngineSettings::StandardFont, QStringLiteral("Microsoft YaHei"));
-    onlinePage->profile()->clearHttpCache();
-    onlinePage->profile()->clearAllVisitedLinks();
 }
 
 void YxHelp::InitOpenMode()
@@ -332,10 +330,21 @@ void YxHelp::InitConnect()
         Qt::DirectConnection);
     connect(ui->stackedWidget_wizard, &QStackedWidget::currentChanged, this, &YxHelp::SlotPageChanged,
             Qt::DirectConnection);
-    connect(offlinePage, &QWebEnginePage::loadFinished, this,
-            [](bool ok) { qCDebug(lcPage) << (ok ? "page loaded" : "page failed"); });
+    connect(offlinePage, &QWebEnginePage::loadFinished, this, &YxHelp::SlotOfflineLoadFinished);
     if (!platform::kDpiArrivesAsMessage)
         InitScreenConnect();
+}
+
+void YxHelp::SlotOfflineLoadFinished(bool ok)
+{
+    qCDebug(lcPage) << (ok ? "page loaded" : "page failed");
+    if (!ok || profileCleared)
+        return;
+    // At every start, but not before the first page is there: a load during the clearing of the cache never
+    // ends in one of a hundred starts, and the view stays white.
+    profileCleared = true;
+    onlinePage->profile()->clearHttpCache();
+    onlinePage->profile()->clearAllVisitedLinks();
 }
 
 void YxHelp::InitScreenConnect()

@@ -68,6 +68,7 @@ private:
     void InitOpenMode();
     void InitConnect();
     void InitScreenConnect();
+    void SlotOfflineLoadFinished(bool ok);
     void SetProductTitle(const QString& word);
     void AdaptSettingSize();
     void SlotMaxRestore();
@@ -125,6 +126,7 @@ private:
     DrawWidgetTool drawTool;
     QSize normalSize{-1, -1}; ///< Size to remember across runs.
     bool treePending = true;  ///< The contents tree is still to be built.
+    bool profileCleared = false;
     YxViewModel* viewModel = nullptr;
     YxSettingWid* settingWid = nullptr;
     QString language;       ///< Language tag in force.
