@@ -6,6 +6,14 @@
 #include <QMouseEvent>
 #include <QWidget>
 
+QPoint WindowPosAt(const QMouseEvent* event, const QWidget* receiver, const QWidget* window)
+{
+    // An event that a program made may say anything about the place on the screen.
+    if (!event->spontaneous())
+        return window->pos();
+    return event->globalPos() - event->pos() - receiver->mapTo(window, QPoint());
+}
+
 MoveWidgetTool::MoveWidgetTool(QObject* parent) : QObject(parent) {}
 
 MoveWidgetTool::~MoveWidgetTool() = default;
@@ -65,7 +73,7 @@ bool MoveWidgetTool::Press(const QMouseEvent* event)
 
 bool MoveWidgetTool::Move(const QMouseEvent* event)
 {
-    const QPoint position = window->pos() + event->pos() - pressPos;
+    const QPoint position = WindowPosAt(event, dragArea, window) + event->pos() - pressPos;
     const QWidget* parent = dragArea->parentWidget();
     if (parent && parent->isMaximized()) {
         // The window goes back to its normal size first; this move doesn't shift it.

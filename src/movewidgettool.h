@@ -7,6 +7,10 @@ class DrawWidgetTool;
 class QMouseEvent;
 class QWidget;
 
+/// Where `window` stood when the mouse event happened that its child `receiver` got. A window manager carries
+/// a move out a while after it was asked for, and till then the mouse's place in the window is an old one.
+QPoint WindowPosAt(const QMouseEvent* event, const QWidget* receiver, const QWidget* window);
+
 /// Moves a frameless window by dragging a part of it, as an event filter on that part.
 class MoveWidgetTool : public QObject
 {

@@ -1,6 +1,7 @@
 #include "yxsettingwid.h"
 
 #include "dpiscale.h"
+#include "movewidgettool.h"
 #include "platform.h"
 #include "ui_yxsettingwid.h"
 #include "yxconfig.h"
@@ -145,7 +146,8 @@ bool YxSettingWid::Drag(QEvent* event)
     } else if (event->type() == QEvent::MouseButtonRelease) {
         dragging = false;
     } else if (event->type() == QEvent::MouseMove && dragging) {
-        move(pos() + static_cast<QMouseEvent*>(event)->pos() - dragStart);
+        const auto* motion = static_cast<QMouseEvent*>(event);
+        move(WindowPosAt(motion, ui->frame_top, this) + motion->pos() - dragStart);
     }
     return true;
 }

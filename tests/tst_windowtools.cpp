@@ -63,6 +63,7 @@ private slots:
     void onlyTheLeftButtonInAZoneResizes();
     void maximizedWindowIsNotResized();
     void titleMovesTheWindow();
+    void movesOnTheirWayAreNotMadeTwice();
     void titleDoesNotMoveWhileResizing();
     void titleIgnoresOtherButtons();
     void draggingAMaximizedWindowOnlyTells();
@@ -202,6 +203,21 @@ void TestWindowTools::titleMovesTheWindow()
     Mouse(w.title, QEvent::MouseButtonRelease, {60, 12});
     Mouse(w.title, QEvent::MouseMove, {90, 25});
     QCOMPARE(w.window.pos(), QPoint(110, 47));
+}
+
+void TestWindowTools::movesOnTheirWayAreNotMadeTwice()
+{
+    Window w;
+    Mouse(w.title, QEvent::MouseButtonPress, {50, 15});
+    // Both happened while the window was still at 100, 50: the window manager is slower than the mouse.
+    for (const int way : {10, 30}) {
+        const QPoint position(50 + way, 15);
+        QMouseEvent event(QEvent::MouseMove, position, QPoint(100, 50) + position, Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        QCoreApplication::instance()->notify(&w.title, &event);
+        QCOMPARE(w.window.pos(), QPoint(100 + way, 50));
+    }
 }
 
 void TestWindowTools::titleDoesNotMoveWhileResizing()
