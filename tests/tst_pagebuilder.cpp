@@ -1,28 +1,28 @@
 #include "diagnostics.h"
 #include "multireplace.h"
 #include "pagebuilder.h"
+#include "testtable.h"
 
 #include <QRandomGenerator>
 #include <QRegExp>
 #include <QVector>
-#include <QtTest>
 
 namespace {
 
 const QLatin1String kInlineScripts("--inline-scripts");
 
 const QList<JsFileContent> kScripts{
-    {QStringLiteral("A"), QStringLiteral("a.js")},
-    {QStringLiteral("B"), QStringLiteral("b.js")},
-    {QStringLiteral("late A"), QStringLiteral("a.js")},
-    {QStringLiteral("C"), QStringLiteral("sub/c.js")},
+    {"A"_s, "a.js"_s},
+    {"B"_s, "b.js"_s},
+    {"late A"_s, "a.js"_s},
+    {"C"_s, "sub/c.js"_s},
 };
 
 // The stages with the regular expressions that define them. The scans must come to the same on any text.
 
 QString ReferenceScripts(QString html, const QList<JsFileContent>& scripts)
 {
-    QRegExp expression(QStringLiteral("<script.*</script>"), Qt::CaseInsensitive);
+    QRegExp expression("<script.*</script>"_s, Qt::CaseInsensitive);
     QString run;
     if (expression.indexIn(html) >= 0)
         run = expression.cap();
@@ -41,7 +41,7 @@ QString ReferenceScripts(QString html, const QList<JsFileContent>& scripts)
         length += match.size();
         return match;
     });
-    expression.setPattern(QStringLiteral("scripts/.*\\.js"));
+    expression.setPattern("scripts/.*\\.js"_s);
     gather([&](const QString& match) {
         files.append(match.mid(8));
         return match.mid(8);
@@ -51,7 +51,7 @@ QString ReferenceScripts(QString html, const QList<JsFileContent>& scripts)
         for (const JsFileContent& script : scripts) {
             if (script.FileName != files.at(i))
                 continue;
-            inlined += QStringLiteral("\r\n<Script>%1</Script>").arg(script.Content);
+            inlined += "\r\n<Script>%1</Script>"_s.arg(script.Content);
             if (length != original.size())
                 run.replace(tags.at(i), inlined);
             break;
@@ -62,7 +62,7 @@ QString ReferenceScripts(QString html, const QList<JsFileContent>& scripts)
 
 QString ReferenceSheets(QString html, const QString& root)
 {
-    QRegExp expression(QStringLiteral("href=\".*\\.css\""), Qt::CaseInsensitive);
+    QRegExp expression("href=\".*\\.css\""_s, Qt::CaseInsensitive);
     if (expression.indexIn(html) < 0)
         return html;
     QString run = expression.cap();
@@ -76,10 +76,9 @@ QString ReferenceSheets(QString html, const QString& root)
         if (separator < 0)
             separator = match.lastIndexOf(QLatin1Char('\\'));
         if (separator >= 0)
-            link = QStringLiteral("href=\"") + root + QStringLiteral("/styles/") + match.mid(separator + 1);
+            link = "href=\""_s + root + "/styles/"_s + match.mid(separator + 1);
         else
-            link.replace(QStringLiteral("href=\""),
-                         QStringLiteral("href =\"") + root + QStringLiteral("/styles/"));
+            link.replace("href=\""_s, "href =\""_s + root + "/styles/"_s);
         link.replace(QLatin1Char('\\'), QLatin1Char('/'));
         run.replace(match, link);
         at += match.size();
@@ -108,6 +107,9 @@ QStringList Pieces(const char* separatedByBlanks)
     return QString::fromUtf8(separatedByBlanks).split(QLatin1Char(' '));
 }
 
+// What goes into a stage and what comes out of it.
+using Cases = std::vector<std::pair<const char*, const char*>>;
+
 } // namespace
 
 class TestPageBuilder : public QObject
@@ -115,162 +117,107 @@ class TestPageBuilder : public QObject
     Q_OBJECT
 
 private slots:
-    void scriptsAreWrittenIntoThePage_data();
     void scriptsAreWrittenIntoThePage();
     void moreFilesThanElementsEndTheProgram();
-    void imagesAreReplacedKeyByKey_data();
     void imagesAreReplacedKeyByKey();
-    void styleSheetsPointBelowTheHelpDirectory_data();
     void styleSheetsPointBelowTheHelpDirectory();
-    void articleLinksAreFolded_data();
     void articleLinksAreFolded();
     void scansAgreeWithTheExpressions();
     void replacingAtOnceAgreesWithKeyByKey();
 };
 
-void TestPageBuilder::scriptsAreWrittenIntoThePage_data()
-{
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<QString>("expected");
-    const QString a = QStringLiteral("\r\n<Script>A</Script>");
-    const QString b = QStringLiteral("\r\n<Script>B</Script>");
-    const auto row = [](const char* name, const char* html, const QString& expected) {
-        QTest::newRow(name) << QString::fromUtf8(html) << expected;
-    };
-    const auto page = [](const QString& middle) {
-        return QString(QLatin1Char('(') + middle + QLatin1Char(')'));
-    };
-    row("none", "<p>scripts/a.js</p>", QStringLiteral("<p>scripts/a.js</p>"));
-    row("empty", "", QString());
-    row("adjacent", "(<script src=\"../scripts/a.js\"></script><script src=\"scripts/b.js\"></script>)",
-        page(a + b));
-    row("adjacent, with one that names no file", "(<script>x</script><script src=\"scripts/a.js\"></script>)",
-        page(a));
-    row("adjacent, unknown file", "(<script src=\"scripts/z.js\"></script>)", page(QString()));
-    row("first entry of a name wins", "(<script src=\"scripts/a.js\"></script>)", page(a));
-    row("name with a directory", "(<script src=\"scripts/sub/c.js\"></script>)",
-        page(QStringLiteral("\r\n<Script>C</Script>")));
-    row("capitals", "(<SCRIPT SRC=\"SCRIPTS/a.js\"></SCRIPT>)", page(a));
-    row("capitals in the file's name", "(<script src=\"scripts/A.JS\"></script>)", page(QString()));
-    row("spaced scripts add up",
-        "(<script src=\"scripts/a.js\"></script>\n<script src=\"scripts/b.js\"></script>)",
-        page(a + QLatin1Char('\n') + a + b));
-    row("spaced, unknown file stays",
-        "(<script src=\"scripts/z.js\"></script>\n<script src=\"scripts/b.js\"></script>)",
-        page(QStringLiteral("<script src=\"scripts/z.js\"></script>\n") + b));
-    row("spaced, pairing shifts", "(<script>x</script>\n<script src=\"scripts/a.js\"></script>)",
-        page(a + QStringLiteral("\n<script src=\"scripts/a.js\"></script>")));
-    row("spaced, equal elements",
-        "(<script src=\"scripts/a.js\"></script> <script src=\"scripts/a.js\"></script>)",
-        page(a + QLatin1Char(' ') + a));
-    row("unclosed", "(<script src=\"scripts/a.js\">)", page(QStringLiteral("<script src=\"scripts/a.js\">")));
-}
-
 void TestPageBuilder::scriptsAreWrittenIntoThePage()
 {
-    QFETCH(QString, html);
-    QFETCH(QString, expected);
-    QCOMPARE(InlineScripts(html, kScripts, QString()), expected);
-    QCOMPARE(ReferenceScripts(html, kScripts), expected);
+    // "{a}" stands for the element that names a.js, "{=A}" for the one with its text.
+    for (const auto& [html, expected] :
+         Cases{{"", ""},
+               {"<p>scripts/a.js</p>", "<p>scripts/a.js</p>"},
+               {"({a}{b})", "({=A}{=B})"},
+               {"(<script>x</script>{a})", "({=A})"},
+               {"({z})", "()"},
+               {"({sub/c})", "({=C})"},
+               {"(<SCRIPT SRC=\"SCRIPTS/a.js\"></SCRIPT>)", "({=A})"},
+               {"(<script src=\"SCRIPTS/A.JS\"></script>)", "()"},
+               {"({a}\n{b})", "({=A}\n{=A}{=B})"},
+               {"({z}\n{b})", "({z}\n{=B})"},
+               {"(<script>x</script>\n{a})", "({=A}\n{a})"},
+               {"({a} {a})", "({=A} {=A})"},
+               {"(<script src=\"scripts/a.js\">)", "(<script src=\"scripts/a.js\">)"}}) {
+        const auto full = [](const char* text) {
+            return QString::fromUtf8(text)
+                .replace(QRegularExpression("\\{=(.)\\}"_s), "\r\n<Script>\\1</Script>"_s)
+                .replace(QRegularExpression("\\{(.*?)\\}"_s),
+                         "<script src=\"../scripts/\\1.js\"></script>"_s);
+        };
+        QCOMPARE(InlineScripts(full(html), kScripts, QString()), full(expected));
+        QCOMPARE(ReferenceScripts(full(html), kScripts), full(expected));
+    }
 }
 
 void TestPageBuilder::moreFilesThanElementsEndTheProgram()
 {
-    const QString two = QStringLiteral("<script src=\"scripts/a.js\" alt=\"scripts/%1\"></script> </script>");
-    const QString message = FatalMessage({kInlineScripts, two.arg(QStringLiteral("b.js"))});
-    QVERIFY2(
-        message.contains(QStringLiteral("page \"topics\\page.html\" refers to script file 2 (\"b.js\")")),
-        qUtf8Printable(message));
-    QCOMPARE(FatalMessage({kInlineScripts, two.arg(QStringLiteral("unknown.js"))}), QString());
-}
-
-void TestPageBuilder::imagesAreReplacedKeyByKey_data()
-{
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const char* html, const char* keys, const char* expected) {
-        QTest::newRow(name) << QString::fromUtf8(html) << QString::fromUtf8(keys)
-                            << QString::fromUtf8(expected);
-    };
-    row("everywhere", "a.png \"a.png\"", "a.png", "(A) \"(A)\"");
-    row("other case stays", "A.PNG", "a.png", "A.PNG");
-    row("unknown, empty and missing keys", "x.png e.png", "x.png,,e.png", "x.png e.png");
-    row("earlier key hits the longer one", "b/a.png a.png", "a.png,b/a.png", "b/(A) (A)");
-    row("longer key first", "b/a.png a.png", "b/a.png,a.png", "(BA) (A)");
-    row("value brings in a later key", "c.png", "c.png,a.png", "<(A)>");
-    row("value brings in an earlier key", "c.png a.png", "a.png,c.png", "<a.png> (A)");
+    const QString two = "<script src=\"scripts/a.js\" alt=\"scripts/%1\"></script> </script>"_s;
+    const QString message = FatalMessage({kInlineScripts, two.arg("b.js"_s)});
+    QVERIFY2(message.contains("page \"topics\\page.html\" refers to script file 2 (\"b.js\")"_s),
+             qUtf8Printable(message));
+    QCOMPARE(FatalMessage({kInlineScripts, two.arg("unknown.js"_s)}), QString());
 }
 
 void TestPageBuilder::imagesAreReplacedKeyByKey()
 {
-    QFETCH(QString, html);
-    QFETCH(QString, keys);
-    QFETCH(QString, expected);
-    const QHash<QString, QString> cache{
-        {QStringLiteral("a.png"), QStringLiteral("(A)")},
-        {QStringLiteral("b/a.png"), QStringLiteral("(BA)")},
-        {QStringLiteral("c.png"), QStringLiteral("<a.png>")},
-        {QStringLiteral("e.png"), QString()},
-        {QString(), QStringLiteral("nothing")},
-    };
-    QCOMPARE(ReplaceImages(html, keys.split(QLatin1Char(',')), cache), expected);
-}
-
-void TestPageBuilder::styleSheetsPointBelowTheHelpDirectory_data()
-{
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const char* html, const char* expected) {
-        QTest::newRow(name) << QString::fromUtf8(html) << QString::fromUtf8(expected);
-    };
-    row("none", "<a href=\"main.html\">", "<a href=\"main.html\">");
-    row("slashes", "<link href=\"../styles/main.css\">", "<link href=\"/d%23/Help/styles/main.css\">");
-    row("backslashes", "<link href=\"..\\styles\\main.css\">", "<link href=\"/d%23/Help/styles/main.css\">");
-    row("both", "<link href=\"..\\x/y\\main.css\">", "<link href=\"/d%23/Help/styles/y/main.css\">");
-    row("bare name", "<link href=\"main.css\">", "<link href =\"/d%23/Help/styles/main.css\">");
-    row("capitals with a directory", "<LINK HREF=\"s/Main.CSS\">",
-        "<LINK href=\"/d%23/Help/styles/Main.CSS\">");
-    row("capitals without", "<LINK HREF=\"Main.CSS\">", "<LINK HREF=\"Main.CSS\">");
-    row("link before is swallowed", "<a href=\"x\">y</a><link href=\"s/m.css\">",
-        "<a href=\"/d%23/Help/styles/m.css\">");
-    row("single quotes", "<link href='s/m.css'>", "<link href='s/m.css'>");
-    // The second link stands where the search, measured on the old text, has gone past its beginning.
-    row("two with shorter new links", "href=\"a/very/long/way/to/the/sheet/m.css\"href=\"s/n.css\"",
-        "href=\"/d%23/Help/styles/m.css\"href=\"s/n.css\"");
+    const QHash<QString, QString> cache{{"a.png"_s, "(A)"_s},
+                                        {"b/a.png"_s, "(BA)"_s},
+                                        {"c.png"_s, "<a.png>"_s},
+                                        {"e.png"_s, QString()},
+                                        {QString(), "nothing"_s}};
+    // Page and keys, page afterwards.
+    for (const auto& [input, expected] : Cases{{"a.png \"a.png\" A.PNG|a.png", "(A) \"(A)\" A.PNG"},
+                                               {"x.png e.png|x.png,,e.png", "x.png e.png"},
+                                               {"b/a.png a.png|a.png,b/a.png", "b/(A) (A)"},
+                                               {"b/a.png a.png|b/a.png,a.png", "(BA) (A)"},
+                                               {"c.png|c.png,a.png", "<(A)>"},
+                                               {"c.png a.png|a.png,c.png", "<a.png> (A)"}}) {
+        const QStringList parts = QString::fromUtf8(input).split(QLatin1Char('|'));
+        QCOMPARE(ReplaceImages(parts.at(0), parts.at(1).split(QLatin1Char(',')), cache),
+                 QString::fromUtf8(expected));
+    }
 }
 
 void TestPageBuilder::styleSheetsPointBelowTheHelpDirectory()
 {
-    QFETCH(QString, html);
-    QFETCH(QString, expected);
-    const QString root = QStringLiteral("/d%23/Help");
-    QCOMPARE(RedirectStyleSheets(html, root), expected);
-    QCOMPARE(ReferenceSheets(html, root), expected);
-}
-
-void TestPageBuilder::articleLinksAreFolded_data()
-{
-    QTest::addColumn<QString>("html");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const char* html, const char* expected) {
-        QTest::newRow(name) << QString::fromUtf8(html) << QString::fromUtf8(expected);
-    };
-    row("articles, up", "href=\"../articles_registration/a.html", "href=\"../articles/a.html");
-    row("articles, here", "href=\"./articles_registration2", "href=\"./articles2");
-    row("categories, up", "href=\"../categories_registration/c", "href=\"../categories/c");
-    row("categories, here", "href=\"./categories_registration/c", "href=\"./categories/c");
-    for (const char* text : {"articles_registration", "href=\"articles_registration/",
-                             "HREF=\"../articles_registration", "href='../articles_registration'",
-                             "href=\"../../articles_registration", "href=\"../articles/a.html"})
-        row(text, text, text);
+    const QString root = "/d%23/Help"_s;
+    for (const auto& [html, expected] :
+         Cases{{"<a href=\"main.html\">", "<a href=\"main.html\">"},
+               {"<link href=\"../styles/main.css\">", "<link href=\"{}/main.css\">"},
+               {"<link href=\"..\\styles\\main.css\">", "<link href=\"{}/main.css\">"},
+               {"<link href=\"..\\x/y\\main.css\">", "<link href=\"{}/y/main.css\">"},
+               {"<link href=\"main.css\">", "<link href =\"{}/main.css\">"},
+               {"<LINK HREF=\"s/Main.CSS\">", "<LINK href=\"{}/Main.CSS\">"},
+               {"<LINK HREF=\"Main.CSS\">", "<LINK HREF=\"Main.CSS\">"},
+               {"<a href=\"x\">y</a><link href=\"s/m.css\">", "<a href=\"{}/m.css\">"},
+               // The second link stands where the search, measured on the old text, has gone past its
+               // beginning.
+               {"href=\"a/very/long/way/to/the/sheet/m.css\"href=\"s/n.css\"",
+                "href=\"{}/m.css\"href=\"s/n.css\""}}) {
+        const QString page = QString::fromUtf8(html);
+        const QString wanted = QString::fromUtf8(expected).replace("{}"_s, root + "/styles"_s);
+        QCOMPARE(RedirectStyleSheets(page, root), wanted);
+        QCOMPARE(ReferenceSheets(page, root), wanted);
+    }
 }
 
 void TestPageBuilder::articleLinksAreFolded()
 {
-    QFETCH(QString, html);
-    QFETCH(QString, expected);
-    QCOMPARE(FoldLinks(html), expected);
+    for (const auto& [html, expected] :
+         Cases{{"href=\"../articles_registration/a.html", "href=\"../articles/a.html"},
+               {"href=\"./articles_registration2", "href=\"./articles2"},
+               {"href=\"../categories_registration/c", "href=\"../categories/c"},
+               {"href=\"./categories_registration/c", "href=\"./categories/c"}})
+        QCOMPARE(FoldLinks(QString::fromUtf8(html)), QString::fromUtf8(expected));
+    const QString others =
+        "articles_registration href=\"articles_registration/ HREF=\"../articles_registration "
+        "href='../articles_registration' href=\"../../articles_registration href=\"../articles/a"_s;
+    QCOMPARE(FoldLinks(others), others);
 }
 
 void TestPageBuilder::scansAgreeWithTheExpressions()
@@ -278,18 +225,16 @@ void TestPageBuilder::scansAgreeWithTheExpressions()
     // With the letters that QString and QRegExp fold differently: long s, Kelvin sign, dotted and dotless i.
     const QStringList scriptPieces =
         Pieces("<script </script> <SCRIPT></SCRIPT> <\u017fcript </scr\u0130pt> "
-               "<scr\u0131pt scripts/ SCRIPTS/ \u017fcripts/ a.js b.JS a.j\u017f z.js > "
-               "< </ / . \" x \n") +
+               "<scr\u0131pt scripts/ SCRIPTS/ \u017fcripts/ a.js b.JS a.j\u017f z.js > < </ / . \" x \n") +
         QStringList(QString(1, QChar(0)));
-    const QStringList sheetPieces = Pieces("href=\" HREF=\" href =\" .css\" .CSS\" .c\u017fs\" s/m.css\" "
-                                           "n.css\" / \\ h hr \" . x \n");
+    const QStringList sheetPieces =
+        Pieces("href=\" HREF=\" href =\" .css\" .CSS\" .c\u017fs\" s/m.css\" n.css\" / \\ h hr \" . x \n");
     const QStringList rootPieces = Pieces("/ \\ x . .css /Help C:");
     RandomText random;
     for (int i = 0; i < 20000; ++i) {
         const QString page = random.Make(scriptPieces, 14);
         // An element with two files may end the program; such texts are another test's.
-        if (page.count(QStringLiteral("scripts/"), Qt::CaseInsensitive) <=
-            page.count(QStringLiteral("</script>"), Qt::CaseInsensitive))
+        if (page.count("scripts/"_s, Qt::CaseInsensitive) <= page.count("</script>"_s, Qt::CaseInsensitive))
             QCOMPARE(InlineScripts(page, kScripts, QString()), ReferenceScripts(page, kScripts));
         const QString sheets = random.Make(sheetPieces, 14);
         const QString root = random.Make(rootPieces, 3);
@@ -306,9 +251,7 @@ void TestPageBuilder::replacingAtOnceAgreesWithKeyByKey()
         QVector<std::pair<QString, QString>> pairs;
         for (int left = random.Bounded(8); left > 0; --left) {
             const QString key = random.Make(pieces, 4);
-            pairs.append(
-                {key,
-                 random.Make(i % 2 ? pieces : QStringList{QStringLiteral("<"), QStringLiteral("=Z")}, 3)});
+            pairs.append({key, random.Make(i % 2 ? pieces : QStringList{"<"_s, "=Z"_s}, 3)});
         }
         QString text;
         for (int left = random.Bounded(12); left > 0; --left) {
@@ -335,7 +278,7 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     if (QCoreApplication::arguments().value(1) == kInlineScripts) {
-        InlineScripts(QCoreApplication::arguments().value(2), kScripts, QStringLiteral("topics\\page.html"));
+        InlineScripts(QCoreApplication::arguments().value(2), kScripts, "topics\\page.html"_s);
         return 0;
     }
     TestPageBuilder test;

@@ -106,9 +106,8 @@ QString BuildFixture::Tree() const
 {
     QHash<int, int> depths;
     QString tree;
-    for (const QString& row : Select(
-             QStringLiteral("SELECT ID||' '||ParentID||' '||FileName||' ['||KeyName||']' FROM HelpFileList "
-                            "WHERE Body<>'js'"))) {
+    for (const QString& row : Select(QStringLiteral("SELECT ID||' '||ParentID||' '||FileName||' "
+                                                    "['||KeyName||']' FROM HelpFileList WHERE Body<>'js'"))) {
         const int id = row.section(QLatin1Char(' '), 0, 0).toInt();
         const int parent = row.section(QLatin1Char(' '), 1, 1).toInt();
         depths[id] = parent == 0 ? 0 : depths.value(parent) + 1;
@@ -176,14 +175,16 @@ QByteArray Project(const QByteArray& sections, const QByteArray& keywords, const
 
 QString Finish(BuildFixture& fixture, const QByteArray& page)
 {
-    fixture.Write(QStringLiteral("doc/index.html"), page);
     fixture.WritePage(QStringLiteral("doc/sub/other.html"), QStringLiteral("Other"));
-    fixture.Write(QStringLiteral("doc/s.css"), "p{}");
-    fixture.Write(QStringLiteral("doc/sub/t.css"), "q{}");
-    fixture.Write(QStringLiteral("doc/a.js"), "a();");
-    fixture.Write(QStringLiteral("doc/lib.js.min.js"), "lib();");
-    fixture.Write(QStringLiteral("doc/i.png"), BuildFixture::Png());
-    fixture.Write(QStringLiteral("doc/notes.txt"), "text");
+    for (const auto& [path, content] :
+         std::initializer_list<std::pair<const char*, QByteArray>>{{"index.html", page},
+                                                                   {"s.css", "p{}"},
+                                                                   {"sub/t.css", "q{}"},
+                                                                   {"a.js", "a();"},
+                                                                   {"lib.js.min.js", "lib();"},
+                                                                   {"i.png", BuildFixture::Png()},
+                                                                   {"notes.txt", "text"}})
+        fixture.Write(QStringLiteral("doc/") + QLatin1String(path), content);
     if (!fixture.Build({QStringLiteral("doc")}))
         return fixture.Error();
     return fixture.Finished(
