@@ -10,8 +10,6 @@
 #include <QToolButton>
 #include <QtTest>
 
-#include <functional>
-
 namespace {
 
 /// One of everything that can be scaled, with sizes that show which way they are rounded.
@@ -41,6 +39,39 @@ struct Sample
         form.setVerticalSpacing(11);
     }
 
+    /// Everything a scaling function may change, one entry each.
+    QStringList Shown() const
+    {
+        QStringList shown{widget.styleSheet(), button.styleSheet(), label.styleSheet()};
+        const auto add = [&shown](const char* name, const QVector<int>& values) {
+            QString text = QString::fromLatin1(name);
+            for (int value : values)
+                text += QStringLiteral(" %1").arg(value);
+            shown.insert(shown.size() - 3, text);
+        };
+        const auto addSize = [&](const char* name, QSize size) { add(name, {size.width(), size.height()}); };
+        const auto addLayout = [&](const char* name, const QMargins& m, int horizontal, int vertical) {
+            add(name, {m.left(), m.top(), m.right(), m.bottom(), horizontal, vertical});
+        };
+        add("at", {widget.x(), widget.y()});
+        addSize("size", widget.size());
+        addSize("min", widget.minimumSize());
+        addSize("max", widget.maximumSize());
+        addSize("still none", parent.maximumSize());
+        addSize("icon", button.iconSize());
+        addSize("combo", combo.iconSize());
+        addSize("child", child.size());
+        addSize("edit", edit.size());
+        addLayout("box", box.contentsMargins(), box.spacing(), box.spacing());
+        addLayout("grid", grid.contentsMargins(), grid.horizontalSpacing(), grid.verticalSpacing());
+        add("cells", {grid.rowStretch(0), grid.rowMinimumHeight(0), grid.columnStretch(0),
+                      grid.columnMinimumWidth(0)});
+        addLayout("form", form.contentsMargins(), form.horizontalSpacing(), form.verticalSpacing());
+        addSize("spacer", spacer.sizeHint());
+        add("policies", {spacer.sizePolicy().horizontalPolicy(), spacer.sizePolicy().verticalPolicy()});
+        return shown;
+    }
+
     QWidget widget;
     QToolButton button;
     QComboBox combo;
@@ -55,194 +86,26 @@ struct Sample
     QSpacerItem spacer{17, 19, QSizePolicy::Expanding, QSizePolicy::Fixed};
 };
 
-QString Text(const QSize& size)
-{
-    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
-}
+using Step = void (*)(Sample&);
 
-QString Limits(const QWidget& widget)
-{
-    return Text(widget.minimumSize()) + QStringLiteral(" ") + Text(widget.maximumSize());
-}
-
-QString Margins(const QLayout& layout)
-{
-    const QMargins margins = layout.contentsMargins();
-    return QStringLiteral("%1 %2 %3 %4")
-        .arg(margins.left())
-        .arg(margins.top())
-        .arg(margins.right())
-        .arg(margins.bottom());
-}
-
-template <typename Layout>
-QString MarginsAndSpacings(const Layout& layout)
-{
-    return Margins(layout) +
-           QStringLiteral(", %1 %2").arg(layout.horizontalSpacing()).arg(layout.verticalSpacing());
-}
-
-QString Cells(const QGridLayout& grid)
-{
-    return QStringLiteral(", %1 %2 %3 %4")
-        .arg(grid.rowStretch(0))
-        .arg(grid.rowMinimumHeight(0))
-        .arg(grid.columnStretch(0))
-        .arg(grid.columnMinimumWidth(0));
-}
-
-/// What a function does to the sample, and how the result reads.
-struct Case
-{
-    const char* name;
-    std::function<void(Sample&)> run;
-    std::function<QString(const Sample&)> read;
-    const char* before;
-    const char* at150; ///< After a scale of 1.5.
-};
-
-QString WidgetLimits(const Sample& s)
-{
-    return Limits(s.widget);
-}
-
-QString WidgetSheet(const Sample& s)
-{
-    return s.widget.styleSheet();
-}
-
-QString ButtonSheet(const Sample& s)
-{
-    return s.button.styleSheet();
-}
-
-QString GridText(const Sample& s)
-{
-    return MarginsAndSpacings(s.grid) + Cells(s.grid);
-}
-
-const char kLimits[] = "11x25 101x203";
-const char kGrid[] = "1 3 5 7, 9 11, 3 13 5 15";
-
-const std::vector<Case> kGuarded = {
-    {"fixed height", [](Sample& s) { ScaleFixedHeight(&s.widget, 25); }, WidgetLimits, kLimits,
-     "11x38 101x38"},
-    {"fixed width", [](Sample& s) { ScaleFixedWidth(&s.widget, 25); }, WidgetLimits, kLimits, "38x25 38x203"},
-    {"fixed size", [](Sample& s) { ScaleFixedSize(&s.widget, 25, 15); }, WidgetLimits, kLimits,
-     "23x38 23x38"},
-    {"given minimum height", [](Sample& s) { ScaleMinimumHeight(&s.widget, 27); }, WidgetLimits, kLimits,
-     "11x41 101x203"},
-    {"given minimum width", [](Sample& s) { ScaleMinimumWidth(&s.widget, 27); }, WidgetLimits, kLimits,
-     "41x25 101x203"},
-    {"given maximum height", [](Sample& s) { ScaleMaximumHeight(&s.widget, 27); }, WidgetLimits, kLimits,
-     "11x25 101x41"},
-    {"given maximum width", [](Sample& s) { ScaleMaximumWidth(&s.widget, 27); }, WidgetLimits, kLimits,
-     "11x25 41x203"},
-    {"minimum height", [](Sample& s) { ScaleMinimumHeight(&s.widget); }, WidgetLimits, kLimits,
-     "11x38 101x203"},
-    {"minimum width", [](Sample& s) { ScaleMinimumWidth(&s.widget); }, WidgetLimits, kLimits,
-     "17x25 101x203"},
-    {"maximum height", [](Sample& s) { ScaleMaximumHeight(&s.widget); }, WidgetLimits, kLimits,
-     "11x25 101x305"},
-    {"maximum width", [](Sample& s) { ScaleMaximumWidth(&s.widget); }, WidgetLimits, kLimits,
-     "11x25 152x203"},
-    {"both minimums", [](Sample& s) { ScaleMinimumSize(&s.widget); }, WidgetLimits, kLimits, "17x38 101x203"},
-    {"both maximums", [](Sample& s) { ScaleMaximumSize(&s.widget); }, WidgetLimits, kLimits, "11x25 152x305"},
-    {"no maximum stays none", [](Sample& s) { ScaleMaximumSize(&s.parent); },
-     [](const Sample& s) -> QString { return Limits(s.parent); }, "0x0 16777215x16777215",
-     "0x0 16777215x16777215"},
-    {"size", [](Sample& s) { ScaleSize(&s.widget); }, WidgetLimits, kLimits, "47x50 47x50"},
-    {"push buttons", [](Sample& s) { ScalePushButtons(&s.parent); },
-     [](const Sample& s) -> QString { return Text(s.child.size()) + Text(s.edit.size()); }, "55x2541x23",
-     "83x3841x23"},
-    {"line edits", [](Sample& s) { ScaleLineEdits(&s.parent); },
-     [](const Sample& s) -> QString { return Text(s.child.size()) + Text(s.edit.size()); }, "55x2541x23",
-     "55x2562x35"},
-    {"geometry", [](Sample& s) { ScaleGeometry(&s.widget); },
-     [](const Sample& s) -> QString {
-         return QStringLiteral("%1,%2 %3").arg(s.widget.x()).arg(s.widget.y()).arg(Text(s.widget.size()));
-     },
-     "7,9 31x33", "7,9 47x50"},
-    {"combo icon", [](Sample& s) { ScaleIconSize(&s.combo); },
-     [](const Sample& s) -> QString { return Text(s.combo.iconSize()); }, "15x21", "22x31"},
-    {"button icon", [](Sample& s) { ScaleIconSize(&s.button); },
-     [](const Sample& s) -> QString { return Text(s.button.iconSize()); }, "15x21", "22x31"},
-    {"style icon, height first", [](Sample& s) { ScaleStyleIconSize(&s.button); }, ButtonSheet, "",
-     "qproperty-iconSize:31px 22px;"},
-    {"given style icon",
-     [](Sample& s) {
-         SetStyleIconSize(&s.button, {15, 21});
-     },
-     ButtonSheet, "", "qproperty-iconSize:21px 15px;"},
-    {"spacer keeps its policies", [](Sample& s) { ScaleSpacer(&s.spacer); },
-     [](const Sample& s) -> QString {
-         return Text(s.spacer.sizeHint()) + QStringLiteral(" %1 %2")
-                                                .arg(s.spacer.sizePolicy().horizontalPolicy())
-                                                .arg(s.spacer.sizePolicy().verticalPolicy());
-     },
-     "17x19 7 0", "26x29 7 0"},
-    {"layout", [](Sample& s) { ScaleLayout(&s.box); },
-     [](const Sample& s) -> QString { return Margins(s.box) + QStringLiteral(", %1").arg(s.box.spacing()); },
-     "1 3 5 7, 9", "2 5 8 11, 14"},
-    {"grid", [](Sample& s) { ScaleGridLayout(&s.grid); }, GridText, kGrid, "2 5 8 11, 14 17, 3 13 5 15"},
-    {"grid without cells", [](Sample& s) { ScaleGridLayout(&s.grid, false); }, GridText, kGrid,
-     "2 5 8 11, 14 17, 3 13 5 15"},
-    {"grid with cells", [](Sample& s) { ScaleGridLayout(&s.grid, true); }, GridText, kGrid,
-     "2 5 8 11, 14 17, 5 20 8 23"},
-    {"form", [](Sample& s) { ScaleFormLayout(&s.form); },
-     [](const Sample& s) -> QString { return MarginsAndSpacings(s.form); }, "1 3 5 7, 9 11",
-     "2 5 8 11, 14 17"},
-    {"border radius", [](Sample& s) { ScaleBorderRadius(&s.widget, 5); }, WidgetSheet, "",
-     "border-radius:8px;"},
-    {"font", [](Sample& s) { ScaleFont(&s.label); },
-     [](const Sample& s) -> QString { return s.label.styleSheet(); }, "font-size:13px", "font-size:20px;"},
-    {"font in points", [](Sample& s) { ScaleFont(&s.widget); }, WidgetSheet, "", ""},
-    {"default font", [](Sample& s) { ScaleDefaultFont(&s.widget, 99); }, WidgetSheet, "", "font-size:18px;"},
-};
-
-const std::vector<Case> kByFactor = {
-    {"font", [](Sample& s) { ScaleFontBy(&s.label, 1.5); },
-     [](const Sample& s) -> QString { return s.label.styleSheet(); }, "", "font-size:20px;"},
-    {"size", [](Sample& s) { ScaleSizeBy(&s.widget, 1.5); }, WidgetLimits, "", "47x50 47x50"},
-    {"minimum height", [](Sample& s) { ScaleMinimumHeightBy(&s.widget, 1.5); }, WidgetLimits, "",
-     "11x38 101x203"},
-    {"maximum height", [](Sample& s) { ScaleMaximumHeightBy(&s.widget, 1.5); }, WidgetLimits, "",
-     "11x25 101x305"},
-    {"minimum width", [](Sample& s) { ScaleMinimumWidthBy(&s.widget, 1.5); }, WidgetLimits, "",
-     "17x25 101x203"},
-    {"maximum width", [](Sample& s) { ScaleMaximumWidthBy(&s.widget, 1.5); }, WidgetLimits, "",
-     "11x25 152x203"},
-    {"both minimums", [](Sample& s) { ScaleMinimumSizeBy(&s.widget, 1.5); }, WidgetLimits, "",
-     "17x38 101x203"},
-    {"both maximums", [](Sample& s) { ScaleMaximumSizeBy(&s.widget, 1.5); }, WidgetLimits, "",
-     "11x25 152x305"},
-    {"spacer", [](Sample& s) { ScaleSpacerBy(&s.spacer, 1.5); },
-     [](const Sample& s) -> QString { return Text(s.spacer.sizeHint()); }, "", "26x29"},
-    {"icon", [](Sample& s) { ScaleIconSizeBy(&s.button, 1.5); },
-     [](const Sample& s) -> QString { return Text(s.button.iconSize()); }, "", "22x31"},
-    {"layout", [](Sample& s) { ScaleLayoutBy(&s.box, 1.5); },
-     [](const Sample& s) -> QString { return Margins(s.box) + QStringLiteral(", %1").arg(s.box.spacing()); },
-     "", "2 5 8 11, 14"},
-    {"grid", [](Sample& s) { ScaleGridLayoutBy(&s.grid, 1.5); }, GridText, "", "2 5 8 11, 14 17, 3 13 5 15"},
-    {"border radius", [](Sample& s) { ScaleBorderRadiusBy(&s.widget, 5, 1.5); }, WidgetSheet, "",
-     "border-radius:8px;"},
-};
-
-QString Run(const Case& entry)
+/// The entries that `step` changes in a fresh sample.
+QString Changed(Step step)
 {
     Sample sample;
-    entry.run(sample);
-    return entry.read(sample);
-}
-
-void AddRows(const std::vector<Case>& cases)
-{
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < cases.size(); ++i)
-        QTest::newRow(cases[i].name) << static_cast<int>(i);
+    const QStringList before = sample.Shown();
+    step(sample);
+    const QStringList after = sample.Shown();
+    QStringList changed;
+    for (int i = 0; i < after.size(); ++i) {
+        if (after.at(i) != before.at(i))
+            changed.append(after.at(i));
+    }
+    return changed.join(QStringLiteral(", "));
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Step)
 
 class TestDpiScale : public QObject
 {
@@ -251,19 +114,14 @@ class TestDpiScale : public QObject
 private slots:
     void init();
     void initTakesTheScaleOfTheScreen();
-    void updateTellsWhetherTheScaleChanged_data();
-    void updateTellsWhetherTheScaleChanged();
-    void ratioChangesNothing_data();
-    void ratioChangesNothing();
-    void guardedFunctions_data() { AddRows(kGuarded); }
-    void guardedFunctions();
-    void guardedFunctionsTakeTheStepWithoutDesign();
-    void factorFunctions_data() { AddRows(kByFactor); }
-    void factorFunctions();
-    void roundingIsHalfAwayFromZero_data();
+    void changeOfDpi_data();
+    void changeOfDpi();
+    void functionsScaleTheirTargetOnly_data();
+    void functionsScaleTheirTargetOnly();
+    void factorOfTheCallerNeedsNoActiveScale();
+    void stepIsTakenWithoutDesign();
     void roundingIsHalfAwayFromZero();
-    void explicitFontNeedsNoActiveScale();
-    void pointSizeIsKept();
+    void fontsOutsideTheRule();
     void iconFileFollowsTheScale_data();
     void iconFileFollowsTheScale();
 };
@@ -278,137 +136,157 @@ void TestDpiScale::init()
 
 void TestDpiScale::initTakesTheScaleOfTheScreen()
 {
+    QCOMPARE(ScaleValue(25), 25);
     InitScale();
-    QCOMPARE(ScreenScale(), 1.5); // 144, set before the application was made
-    QCOMPARE(currentScale, 1.5);
+    QCOMPARE(currentScale, 1.5); // 144, set before the application was made
     QCOMPARE(stepScale, 1.5);
     QVERIFY(scaleActive);
     QCOMPARE(ScaleValue(25), 38);
 }
 
-void TestDpiScale::updateTellsWhetherTheScaleChanged_data()
-{
-    QTest::addColumn<double>("scale");
-    QTest::addColumn<int>("dpi");
-    QTest::addColumn<bool>("changed");
-    QTest::addColumn<double>("step");
-    QTest::newRow("same") << 1.5 << 144 << false << 7.0;
-    QTest::newRow("up") << 1.0 << 144 << true << 1.5;
-    QTest::newRow("down to design") << 1.5 << 96 << true << 2.0 / 3.0;
-    QTest::newRow("one step") << 1.5 << 145 << true << 145.0 / 144.0;
-}
-
-void TestDpiScale::updateTellsWhetherTheScaleChanged()
-{
-    QFETCH(double, scale);
-    QFETCH(int, dpi);
-    QFETCH(bool, changed);
-    QFETCH(double, step);
-    currentScale = scale;
-    stepScale = 7.0;
-    QCOMPARE(UpdateScale(dpi), changed);
-    QCOMPARE(stepScale, step);
-    QCOMPARE(currentScale, dpi / 96.0);
-    QCOMPARE(scaleActive, changed);
-}
-
-void TestDpiScale::ratioChangesNothing_data()
+void TestDpiScale::changeOfDpi_data()
 {
     QTest::addColumn<int>("dpi");
     QTest::addColumn<double>("ratio");
-    QTest::newRow("same gives the scale itself") << 144 << 1.5;
-    QTest::newRow("up") << 192 << 4.0 / 3.0;
-    QTest::newRow("down") << 96 << 2.0 / 3.0;
+    QTest::addColumn<double>("step");
+    QTest::newRow("same: the ratio is the scale itself") << 144 << 1.5 << 7.0;
+    QTest::newRow("up") << 192 << 4.0 / 3.0 << 4.0 / 3.0;
+    QTest::newRow("down to design") << 96 << 2.0 / 3.0 << 2.0 / 3.0;
+    QTest::newRow("one step") << 145 << 145.0 / 144.0 << 145.0 / 144.0;
 }
 
-void TestDpiScale::ratioChangesNothing()
+void TestDpiScale::changeOfDpi()
 {
     QFETCH(int, dpi);
-    QFETCH(double, ratio);
+    QFETCH(double, step);
+    const bool changes = dpi != 144;
     currentScale = 1.5;
-    QCOMPARE(ScaleRatio(dpi), ratio);
-    QCOMPARE(currentScale, 1.5);
-    QCOMPARE(stepScale, 1.0);
-    QVERIFY(!scaleActive);
+    stepScale = 7.0;
+    QTEST(ScaleRatio(dpi), "ratio");
+    QVERIFY(currentScale == 1.5 && stepScale == 7.0 && !scaleActive);
+    QCOMPARE(UpdateScale(dpi), changes);
+    QCOMPARE(stepScale, step);
+    QCOMPARE(currentScale, dpi / 96.0);
+    QCOMPARE(scaleActive, changes);
 }
 
-void TestDpiScale::guardedFunctions()
+void TestDpiScale::functionsScaleTheirTargetOnly_data()
 {
-    QFETCH(int, index);
-    const Case& entry = kGuarded[static_cast<size_t>(index)];
+    QTest::addColumn<Step>("step");
+    QTest::addColumn<QString>("changed");
+    const auto row = [](const char* changed, Step step) {
+        QTest::newRow(changed) << step << QString::fromLatin1(changed);
+    };
+    using S = Sample&;
+    row("size 31 38, min 11 38, max 101 38", [](S s) { ScaleFixedHeight(&s.widget, 25); });
+    row("size 38 33, min 38 25, max 38 203", [](S s) { ScaleFixedWidth(&s.widget, 25); });
+    row("size 23 38, min 23 38, max 23 38", [](S s) { ScaleFixedSize(&s.widget, 25, 15); });
+    row("size 31 41, min 11 41", [](S s) { ScaleMinimumHeight(&s.widget, 27); });
+    row("size 41 33, min 41 25", [](S s) { ScaleMinimumWidth(&s.widget, 27); });
+    row("max 101 53", [](S s) { ScaleMaximumHeight(&s.widget, 35); });
+    row("max 53 203", [](S s) { ScaleMaximumWidth(&s.widget, 35); });
+    row("size 31 38, min 11 38", [](S s) { ScaleMinimumHeight(&s.widget); });
+    row("min 17 25", [](S s) { ScaleMinimumWidth(&s.widget); });
+    row("max 101 305", [](S s) { ScaleMaximumHeight(&s.widget); });
+    row("max 152 203", [](S s) { ScaleMaximumWidth(&s.widget); });
+    row("size 31 38, min 17 38", [](S s) { ScaleMinimumSize(&s.widget); });
+    row("max 152 305", [](S s) { ScaleMaximumSize(&s.widget), ScaleMaximumSize(&s.parent); });
+    row("size 47 50, min 47 50, max 47 50", [](S s) { ScaleSize(&s.widget); });
+    row("size 47 50", [](S s) { ScaleGeometry(&s.widget); });
+    row("child 83 38", [](S s) { ScalePushButtons(&s.parent); });
+    row("edit 62 35", [](S s) { ScaleLineEdits(&s.parent); });
+    row("combo 22 31", [](S s) { ScaleIconSize(&s.combo); });
+    row("icon 22 31", [](S s) { ScaleIconSize(&s.button); });
+    row("qproperty-iconSize:31px 22px;", [](S s) { ScaleStyleIconSize(&s.button); });
+    row("qproperty-iconSize:21px 15px;", [](S s) { SetStyleIconSize(&s.button, QSize(15, 21)); });
+    row("spacer 26 29", [](S s) { ScaleSpacer(&s.spacer); });
+    row("box 2 5 8 11 14 14", [](S s) { ScaleLayout(&s.box); });
+    row("grid 2 5 8 11 14 17", [](S s) { ScaleGridLayout(&s.grid); });
+    row("grid 2 5 8 11 14 17, cells 5 20 8 23", [](S s) { ScaleGridLayout(&s.grid, true); });
+    row("form 2 5 8 11 14 17", [](S s) { ScaleFormLayout(&s.form); });
+    row("border-radius:8px;", [](S s) { ScaleBorderRadius(&s.widget, 5); });
+    row("font-size:20px;", [](S s) { ScaleFont(&s.label); });
+    row("font-size:18px;", [](S s) { ScaleDefaultFont(&s.widget, 99); });
+}
+
+void TestDpiScale::functionsScaleTheirTargetOnly()
+{
+    QFETCH(Step, step);
     currentScale = 1.5;
     SetFromDesign(true);
-    QCOMPARE(Run(entry), QLatin1String(entry.before));
+    QCOMPARE(Changed(step), QString());
     scaleActive = true;
     stepScale = 7.0;
-    QCOMPARE(Run(entry), QLatin1String(entry.at150));
+    QTEST(Changed(step), "changed");
 }
 
-void TestDpiScale::guardedFunctionsTakeTheStepWithoutDesign()
+void TestDpiScale::factorOfTheCallerNeedsNoActiveScale()
 {
-    QWidget widget;
-    QToolButton button;
-    widget.setMinimumHeight(38);
-    button.setIconSize({22, 22});
+    using S = Sample&;
+    currentScale = 7.0;
+    const QString limits = Changed([](S s) {
+        ScaleMinimumHeightBy(&s.widget, 1.5);
+        ScaleMaximumHeightBy(&s.widget, 3.0);
+        ScaleMinimumWidthBy(&s.widget, 2.0);
+        ScaleMaximumWidthBy(&s.widget, 2.5);
+    });
+    QCOMPARE(limits, QStringLiteral("size 31 38, min 22 38, max 253 609"));
+    const QString others = Changed([](S s) {
+        ScaleMinimumSizeBy(&s.widget, 1.5);
+        ScaleMaximumSizeBy(&s.widget, 2.0);
+        ScaleIconSizeBy(&s.button, 1.5);
+        ScaleSizeBy(&s.child, 1.5);
+        ScaleLayoutBy(&s.box, 1.5);
+        ScaleGridLayoutBy(&s.grid, 1.5);
+        ScaleSpacerBy(&s.spacer, 1.5);
+        ScaleBorderRadiusBy(&s.widget, 5, 1.5);
+        ScaleFontBy(&s.label, 1.5);
+    });
+    QCOMPARE(others, QStringLiteral("size 31 38, min 17 38, max 202 406, icon 22 31, child 83 38, "
+                                    "box 2 5 8 11 14 14, grid 2 5 8 11 14 17, spacer 26 29, "
+                                    "border-radius:8px;, font-size:20px;"));
+}
+
+void TestDpiScale::stepIsTakenWithoutDesign()
+{
+    Sample sample;
     currentScale = 1.5;
     QVERIFY(UpdateScale(96));
-    SetFromDesign(false);
-    ScaleMinimumHeight(&widget);
-    ScaleIconSize(&button);
-    QCOMPARE(widget.minimumHeight(), 25);
-    QCOMPARE(button.iconSize(), QSize(14, 14));
+    ScaleMaximumHeight(&sample.widget);
+    ScaleIconSize(&sample.button);
+    QCOMPARE(sample.widget.maximumHeight(), 135);
+    QCOMPARE(sample.button.iconSize(), QSize(10, 14));
     QCOMPARE(ScaleValue(10), 10);
-}
-
-void TestDpiScale::factorFunctions()
-{
-    QFETCH(int, index);
-    const Case& entry = kByFactor[static_cast<size_t>(index)];
-    currentScale = 7.0;
-    SetFromDesign(true);
-    QCOMPARE(Run(entry), QLatin1String(entry.at150));
-}
-
-void TestDpiScale::roundingIsHalfAwayFromZero_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<int>("rounded");
-    QTest::newRow("below half") << 37.49 << 37;
-    QTest::newRow("half") << 37.5 << 38;
-    QTest::newRow("zero") << 0.0 << 0;
-    QTest::newRow("negative") << -1.2 << -1;
-    QTest::newRow("negative above half") << -1.6 << -2;
-    QTest::newRow("negative half") << -1.5 << -1; // towards zero below it
 }
 
 void TestDpiScale::roundingIsHalfAwayFromZero()
 {
-    QFETCH(double, value);
-    QTEST(IdentityValue(value), "rounded");
+    const QVector<double> values{37.49, 37.5, 0.0, -1.2, -1.6, -1.5};
+    QVector<int> rounded;
+    for (double value : values)
+        rounded.append(IdentityValue(value));
+    QCOMPARE(rounded, QVector<int>({37, 38, 0, -1, -2, -1})); // a negative half goes up
 }
 
-void TestDpiScale::explicitFontNeedsNoActiveScale()
-{
-    QWidget widget;
-    currentScale = 1.25;
-    SetScaledFont(&widget, 14);
-    QCOMPARE(widget.styleSheet(), QStringLiteral("font-size:18px;"));
-    QCOMPARE(ScaleValue(14), 14);
-}
-
-void TestDpiScale::pointSizeIsKept()
+void TestDpiScale::fontsOutsideTheRule()
 {
     QWidget parent;
     QWidget widget(&parent);
     QFont font = parent.font();
     font.setPointSize(11);
     parent.setFont(font);
-    currentScale = 2.0;
+    currentScale = 1.25;
     scaleActive = true;
+    ScaleFont(&widget); // in points: nothing to scale
+    QCOMPARE(widget.styleSheet(), QString());
     KeepFontPointSize(&widget);
     font.setPointSize(15);
     parent.setFont(font);
     QCOMPARE(widget.font().pointSize(), 11);
+
+    scaleActive = false;
+    SetScaledFont(&widget, 14);
+    QCOMPARE(widget.styleSheet(), QStringLiteral("font-size:18px;"));
 }
 
 void TestDpiScale::iconFileFollowsTheScale_data()
@@ -416,18 +294,20 @@ void TestDpiScale::iconFileFollowsTheScale_data()
     QTest::addColumn<double>("scale");
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("shown"); ///< File whose picture shows; empty: the button keeps what it has.
-    const QString png = QStringLiteral("a.png");
-    QTest::newRow("below 1.75") << 1.74 << png << png;
-    QTest::newRow("1.75") << 1.75 << png << QStringLiteral("a_96.png");
-    QTest::newRow("2.25") << 2.25 << png << QStringLiteral("a_96.png");
-    QTest::newRow("above 2.25") << 2.26 << png << QStringLiteral("a_128.png");
-    QTest::newRow("below 3") << 2.99 << png << QStringLiteral("a_128.png");
-    QTest::newRow("3") << 3.0 << png << QStringLiteral("a_256.png");
-    QTest::newRow("ico") << 2.0 << QStringLiteral("a.ico") << QStringLiteral("a_96.ico");
-    QTest::newRow("both") << 2.0 << QStringLiteral("a.png.ico") << QStringLiteral("a_96.png.ico");
-    QTest::newRow("both, reversed") << 2.0 << QStringLiteral("a.ico.png") << QStringLiteral("a_96.png.ico");
-    QTest::newRow("other case") << 2.0 << QStringLiteral("a.PNG") << QString();
-    QTest::newRow("neither") << 2.0 << QStringLiteral("a.svg") << QString();
+    const auto row = [](double scale, const char* path, const char* shown) {
+        QTest::addRow("%s at %g", path, scale)
+            << scale << QString::fromLatin1(path) << QString::fromLatin1(shown);
+    };
+    row(1.74, "a.png", "a.png");
+    row(1.75, "a.png", "a_96.png");
+    row(2.25, "a.png", "a_96.png");
+    row(2.26, "a.png", "a_128.png");
+    row(2.99, "a.png", "a_128.png");
+    row(3.0, "a.png", "a_256.png");
+    row(2.0, "a.ico", "a_96.ico");
+    row(2.0, "a.png.ico", "a_96.png.ico");
+    row(2.0, "a.ico.png", "a_96.png.ico");
+    row(2.0, "a.PNG", "");
 }
 
 void TestDpiScale::iconFileFollowsTheScale()
@@ -435,30 +315,18 @@ void TestDpiScale::iconFileFollowsTheScale()
     QFETCH(double, scale);
     QFETCH(QString, path);
     QFETCH(QString, shown);
-    // Every file has a colour of its own, by which the button tells what it shows.
+    // The one file that is to be found; the button tells by its picture whether it was.
     const QTemporaryDir dir;
-    const char* const names[] = {"a.png", "a_96.png", "a_128.png", "a_256.png", "a_96.ico", "a_96.png.ico"};
-    QHash<QString, QColor> colors;
-    for (const char* name : names) {
-        const QColor color(10 + 20 * colors.size(), 100, 200);
-        QImage image(64, 64, QImage::Format_RGB32);
-        image.fill(color);
-        QVERIFY(image.save(dir.filePath(QLatin1String(name)), "PNG"));
-        colors.insert(QLatin1String(name), color);
-    }
-    QToolButton button;
-    button.setIconSize({10, 10});
+    QImage image(64, 64, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(shown.isEmpty() || image.save(dir.filePath(shown), "PNG"));
+    Sample sample;
     currentScale = scale;
     scaleActive = true;
     SetFromDesign(true);
-    ScaleIconFile(&button, dir.filePath(path));
-    if (shown.isEmpty()) {
-        QVERIFY(button.icon().isNull());
-        QCOMPARE(button.iconSize(), QSize(10, 10));
-        return;
-    }
-    QCOMPARE(button.icon().pixmap(8, 8).toImage().pixelColor(4, 4), colors.value(shown));
-    QCOMPARE(button.iconSize(), QSize(1, 1) * int(10 * scale));
+    ScaleIconFile(&sample.button, dir.filePath(path));
+    QCOMPARE(sample.button.icon().pixmap(8, 8).isNull(), shown.isEmpty());
+    QCOMPARE(sample.button.iconSize().width(), shown.isEmpty() ? 15 : int(15 * scale));
 }
 
 int main(int argc, char** argv)
