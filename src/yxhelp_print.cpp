@@ -9,44 +9,35 @@
 
 namespace {
 
-/// One rendering of the page onto the printer. The engine may call back after the waiting has ended, when the
-/// program quits, so all that it touches lives as long as the call.
-struct PrintRun
-{
-    std::shared_ptr<QPrinter> printer;
-    QEventLoop loop;
-    bool finished = false;
-};
-
-void PrintAndWait(QWebEnginePage* page, const std::shared_ptr<QPrinter>& printer)
+void PrintAndWait(QWebEnginePage* page, QPrinter* printer, QPageLayout::Unit unit)
 {
     constexpr qreal kMargin = 20.0;
-    printer->setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin));
-    auto run = std::make_shared<PrintRun>();
-    run->printer = printer;
-    page->print(printer.get(), [run](bool) {
-        run->finished = true;
-        run->loop.quit();
-    });
-    // The preview is not to ask for the next rendering while it waits for this one; clicks are kept till
-    // then.
-    if (!run->finished)
-        run->loop.exec(QEventLoop::ExcludeUserInputEvents);
+    printer->setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), unit);
+    bool printed = false;
+    page->print(printer, [&printed](bool) { printed = true; });
+    // The engine paints on the printer in a thread of its own, so it is waited for even when the program
+    // quits meanwhile, which ends every other loop. The preview is not to ask for the next rendering before
+    // this one is done; clicks are kept till then.
+    QEventLoop loop;
+    while (!printed)
+        loop.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
 }
 
 } // namespace
 
 void YxHelp::SlotPrint()
 {
-    const auto printer = std::make_shared<QPrinter>(QPrinter::ScreenResolution);
-    printer->setPageSize(QPageSize(QPageSize::A4));
-    printer->setFullPage(false);
-    QPrintPreviewDialog dialog(printer.get());
+    QPrinter printer(QPrinter::ScreenResolution);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setFullPage(false);
+    // The dialogs for paper and printing change the unit, and paper would not be what the preview was.
+    const QPageLayout::Unit unit = printer.pageLayout().units();
+    QPrintPreviewDialog dialog(&printer);
     dialog.setWindowFlags(dialog.windowFlags() & Qt::WindowMinMaxButtonsHint);
     dialog.setWindowTitle(tr("Print Preview"));
     dialog.setWindowIcon(QIcon(QStringLiteral(":/Resource/CommonResources/YxPrdIcon.png")));
     connect(
         &dialog, &QPrintPreviewDialog::paintRequested, this,
-        [this, printer](QPrinter*) { PrintAndWait(offlinePage, printer); }, Qt::DirectConnection);
+        [this, unit](QPrinter* target) { PrintAndWait(offlinePage, target, unit); }, Qt::DirectConnection);
     dialog.exec();
 }

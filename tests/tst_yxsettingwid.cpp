@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QTimer>
 #include <QToolButton>
 #include <QtTest>
 
@@ -215,7 +216,11 @@ void TestYxSettingWid::reminderAnswerIsStoredAsPassed()
             QCOMPARE(d.Answers(), Text(1, false, on));
             QCOMPARE(Stored(), Text(1, false, on));
         }
-        QTest::qWait(100); // The switch lags behind its answer, yet never ends on the other side.
+        // The switch lags behind its answer, yet never ends on the other side: all its turns are due before
+        // this timer.
+        bool turned = false;
+        QTimer::singleShot(100, d.dialog.data(), [&] { turned = true; });
+        QTRY_VERIFY(turned);
         QCOMPARE(d.Shown(), Text(1, false, answers.last()));
     }
 }

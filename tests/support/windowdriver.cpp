@@ -2,6 +2,10 @@
 
 #include "helpdatabase.h"
 
+#include <QEventLoop>
+#include <QProcess>
+#include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QWebEnginePage>
 #include <QWebEngineView>
@@ -23,11 +27,23 @@ HelpLaunchArgs Complete(HelpLaunchArgs args, const HelpDatabase& database)
 template <class Value, class Ask>
 Value Await(Ask ask)
 {
-    auto answer = std::make_shared<std::pair<bool, Value>>();
-    ask([answer](const Value& value) { *answer = {true, value}; });
-    if (!QTest::qWaitFor([&] { return answer->first; }, 10000))
+    struct Answer
+    {
+        QEventLoop loop;
+        bool given = false;
+        Value value;
+    };
+    auto answer = std::make_shared<Answer>();
+    QTimer::singleShot(10000, &answer->loop, [loop = &answer->loop] { loop->exit(1); });
+    ask([answer](const Value& value) {
+        answer->value = value;
+        answer->given = true;
+        answer->loop.quit();
+    });
+    // The engine works in this thread's event loop, so a loop that sleeps in between would slow it down.
+    if (!answer->given && answer->loop.exec() != 0)
         qWarning("the web engine gave no answer");
-    return answer->second;
+    return answer->value;
 }
 
 void AppendText(const QTreeWidgetItem* item, int level, QString& text)
@@ -106,6 +122,21 @@ QString WindowDriver::Current(const char* tree)
 {
     const QTreeWidgetItem* item = Find<QTreeWidget>(tree)->currentItem();
     return item ? item->text(0) : QString();
+}
+
+bool WindowDriver::ShowsIcon(const char* button, const char* file)
+{
+    constexpr int kSize = 32;
+    const QIcon icon(QLatin1String(":/Resource/CommonResources/") + QLatin1String(file));
+    return Find<QToolButton>(button)->icon().pixmap(kSize).toImage() == icon.pixmap(kSize).toImage();
+}
+
+bool XDo(const QString& words)
+{
+    QProcess xdotool;
+    xdotool.start(QStringLiteral("xdotool"), words.split(QLatin1Char(' ')));
+    const bool ended = QTest::qWaitFor([&] { return xdotool.state() == QProcess::NotRunning; }, 20000);
+    return ended && xdotool.exitStatus() == QProcess::NormalExit && xdotool.exitCode() == 0;
 }
 
 QString TreeText(const QTreeWidget* tree)

@@ -45,6 +45,8 @@ public:
     /// Clicks the element of the offline page that the CSS selector finds.
     void ClickInPage(const QString& selector);
 
+    /// True when the button shows the built-in picture of that file name.
+    bool ShowsIcon(const char* button, const char* file);
     /// Text of the tree's current entry; empty without one.
     QString Current(const char* tree);
 
@@ -52,6 +54,10 @@ private:
     YxHelp window;
     bool initialised = false;
 };
+
+/// Runs xdotool with these words, with mouse and keyboard of the whole screen, while the window lives on.
+/// False when that fails.
+bool XDo(const QString& words);
 
 /// The visible shape of a tree as indented text.
 QString TreeText(const QTreeWidget* tree);
