@@ -56,9 +56,11 @@ void AppendText(const QTreeWidgetItem* item, int level, QString& text)
 } // namespace
 
 WindowDriver::WindowDriver(const HelpDatabase& database, HelpLaunchArgs args)
-    : initialised(window.Init(Complete(std::move(args), database), database.Language()))
+    : WindowDriver(Complete(std::move(args), database))
 {
 }
+
+WindowDriver::WindowDriver(const HelpLaunchArgs& args) : initialised(window.Init(args, args.language)) {}
 
 void WindowDriver::Show()
 {

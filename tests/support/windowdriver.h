@@ -16,6 +16,8 @@ class WindowDriver
 public:
     /// A window on the help database. Init has been called, the window is not shown yet.
     explicit WindowDriver(const HelpDatabase& database, HelpLaunchArgs args = {});
+    /// A window on the deployment and the language that the arguments name.
+    explicit WindowDriver(const HelpLaunchArgs& args);
 
     YxHelp& Window() { return window; }
     bool Initialised() const { return initialised; }
