@@ -133,11 +133,13 @@ bool WindowDriver::ShowsIcon(const char* button, const char* file)
     return Find<QToolButton>(button)->icon().pixmap(kSize).toImage() == icon.pixmap(kSize).toImage();
 }
 
-bool XDo(const QString& words)
+bool XDo(const QString& words, QString* output)
 {
     QProcess xdotool;
     xdotool.start(QStringLiteral("xdotool"), words.split(QLatin1Char(' ')));
     const bool ended = QTest::qWaitFor([&] { return xdotool.state() == QProcess::NotRunning; }, 20000);
+    if (output)
+        *output = QString::fromLatin1(xdotool.readAllStandardOutput());
     return ended && xdotool.exitStatus() == QProcess::NormalExit && xdotool.exitCode() == 0;
 }
 

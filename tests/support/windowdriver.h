@@ -59,7 +59,7 @@ private:
 
 /// Runs xdotool with these words, with mouse and keyboard of the whole screen, while the window lives on.
 /// False when that fails.
-bool XDo(const QString& words);
+bool XDo(const QString& words, QString* output = nullptr);
 
 /// The visible shape of a tree as indented text.
 QString TreeText(const QTreeWidget* tree);
