@@ -12,6 +12,9 @@
 
 Q_DECLARE_LOGGING_CATEGORY(lcStore)
 
+/// The table of all topics.
+inline const QLatin1String kTopics("HelpFileList");
+
 /// One SQL text, run once and walked forward. A failure goes to the log and looks like the end of the rows;
 /// a column that the result lacks reads as empty.
 class SqlStatement

@@ -9,11 +9,8 @@
 
 namespace {
 
-const QLatin1String kTopics("HelpFileList");
 const QLatin1String kImages("ImageList");
 
-/// Rows from here on stand outside the contents tree.
-constexpr int kOutsideTree = 65535;
 /// The largest image that travels inside a page.
 constexpr int kLargestInline = 20480;
 

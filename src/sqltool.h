@@ -55,6 +55,17 @@ public:
     /// Leaves exactly the rows of `list` marked.
     bool UpdataFavoriteDB(const QList<TreeFavoritesModel>& list);
 
+    // The two readers below run in jobs of their own, beside the window. They announce rows in tens through
+    // YxGlobalSignal, on their own thread, and read `keepRunning` through std::atomic_ref after every row:
+    // false ends them with what has been announced, and returns false.
+
+    /// Empties `results` and fills it with the topics that hold `text` as a word; their records keep the
+    /// page. SearchResultChange with an end mark comes last, also without a hit, but not after a stop.
+    bool SearchTextInAllFiles(QList<TreeViewModel>& results, const QString& text, bool& keepRunning);
+    /// Appends the topics of the contents tree by name, without the root; their records keep the page. Each
+    /// adds one to `count`.
+    bool GetIndexFromDB(QList<TreeViewModel>& list, int& count, bool& keepRunning);
+
     // Utilities that the viewer itself doesn't call.
 
     /// Number of tables, -1 when it can't be read.

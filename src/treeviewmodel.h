@@ -5,6 +5,9 @@
 
 class QTreeWidgetItem;
 
+/// Parent numbers from here on mean that the row stands outside the contents tree.
+inline constexpr int kOutsideTree = 65535;
+
 /// One row of the topics, as the lists and panes carry it. Which fields are filled depends on the reader.
 struct TreeViewModel
 {

@@ -40,7 +40,10 @@ YxHelp::YxHelp() : ui(new Ui::YxHelpApp())
     InitConnect();
 }
 
-YxHelp::~YxHelp() = default;
+YxHelp::~YxHelp()
+{
+    EndJobs();
+}
 
 bool YxHelp::Init(const HelpLaunchArgs& args, const QString& languageTag)
 {
@@ -93,199 +96,9 @@ void YxHelp::AdaptSettingSize()
                                settingWid->height());
 }
 
-void YxHelp::InitWidget()
-{
-    InitFrame();
-    InitProduct();
-    InitVisibility();
-    // The page rules aren't connected yet, so the start state of the left pane is set by hand.
-    ui->frame_index->hide();
-    InitWindowTools();
-    ui->stackedWidget_wizard->setCurrentIndex(0);
-    SetSelected(ui->tbn_context, true);
-    InitToolButtons();
-    InitTrees();
-    InitWebViews();
-    settingWid = new YxSettingWid(this);
-    InitOpenMode();
-    if (productConfig.ResizeMemory) {
-        normalSize = YxConfig::Instance()->ReadWindowSize();
-        resize(normalSize);
-    }
-    ApplyRowStyle();
-}
-
-void YxHelp::InitFrame()
-{
-    setWindowIcon(CommonIcon(QLatin1String("YxPrdIcon.png")));
-    ui->fram_topTitle->setStyleSheet(
-        QStringLiteral("QFrame#fram_topTitle{\t\tborder:none;\t\tborder-bottom:%1px solid grey;\t\t"
-                       "border-image:url(:/Resource/Resources/top_background.png);\t}")
-            .arg(ScaleValue(1)));
-    ui->tbn_titleIcon->setIcon(QIcon(QStringLiteral(":/Resource/Resources/YxPrdIcon.png")));
-    Qt::WindowFlags flags = windowFlags() | Qt::FramelessWindowHint | Qt::WindowMinMaxButtonsHint;
-    flags.setFlag(Qt::BypassWindowManagerHint, platform::kBypassWindowManager);
-    setWindowFlags(flags);
-    installEventFilter(this);
-    ui->frame_topOpt->installEventFilter(this);
-    ui->lineEdit_context->installEventFilter(this);
-    for (int i = 0; i < ui->splitter->count(); ++i)
-        ui->splitter->setCollapsible(i, false);
-    ui->tbn_back->setEnabled(false);
-    ui->tbn_nextO->setEnabled(false);
-}
-
-void YxHelp::InitWindowTools()
-{
-    moveTool.SetLeftButtonOnly();
-    moveTool.SetWidgets(ui->frame_topOpt, this);
-    moveTool.SetDrawTool(&drawTool);
-    drawTool.SetLeftButtonOnly();
-    drawTool.SetWidget(this);
-    drawTool.SetEdgeWidth(ScaleValue(5));
-    drawTool.SetTopLimit(ui->frame_topOpt->height());
-}
-
-void YxHelp::InitProduct()
-{
-    productConfig = YxConfig::Instance()->GetConfigInfo();
-    setWindowTitle(productConfig.ProductName);
-    ui->label_title->setText(productConfig.ProductName);
-    ui->label_proTtile->setText(QString::fromUtf8(productConfig.VersionName.toUtf8()));
-    ui->label_copyright->setText(ui->label_copyright->text().arg(productConfig.CopyrightYear));
-}
-
-void YxHelp::InitVisibility()
-{
-    if (productConfig.Group == 1) {
-        for (QWidget* button : {ui->tbn_setting, ui->tbn_online, ui->tbn_flash, ui->tbn_back, ui->tbn_nextO})
-            button->hide();
-    } else if (productConfig.Group == 2) {
-        ui->tbn_setting->hide();
-        ui->tbn_online->hide();
-        ui->stackedWidget->setCurrentWidget(ui->page_online);
-    }
-}
-
-void YxHelp::InitToolButtons()
-{
-    struct StateIcons
-    {
-        YxToolButton* button;
-        QLatin1String disabled;
-        QLatin1String normal;
-        QLatin1String hover;
-        QLatin1String pressed;
-        bool active;
-    };
-    const QLatin1String search("icon_search@2x.png");
-    const QLatin1String filter("icon_filter_nor.png");
-    const QLatin1String home("icon_home_normal.png");
-    const QLatin1String collect("icon_collect_normal.png");
-    const QLatin1String print("icon_print_normal.png");
-    const StateIcons table[] = {
-        {ui->tbn_home, home, home, QLatin1String("icon_home_hover.png"),
-         QLatin1String("icon_home_clicked.png"), true},
-        {ui->tbn_contextFind, search, search, search, search, true},
-        {ui->tbn_Filter, filter, filter, filter, QLatin1String("icon_filter_press.png"), true},
-        {ui->tbn_favoritesQuick, collect, collect, QLatin1String("icon_collect_hover.png"),
-         QLatin1String("icon_collect_clicked_.png"), true},
-        {ui->tbn_print, print, print, QLatin1String("icon_print_hover.png"),
-         QLatin1String("icon_print_clicked.png"), true},
-        {ui->tbn_pre, QLatin1String("icon_back_disable.png"), QLatin1String("icon_back_normal.png"),
-         QLatin1String("icon_back__hover.png"), QLatin1String("icon_back_clicked.png"), false},
-        {ui->tbn_next, QLatin1String("icon_progress_disable.png"), QLatin1String("icon_progres_normal.png"),
-         QLatin1String("icon_progres_hover.png"), QLatin1String("icon_progres_clicked.png"), false},
-    };
-    for (const StateIcons& row : table) {
-        row.button->SetIcons(CommonIcon(row.disabled), CommonIcon(row.normal), CommonIcon(row.hover),
-                             CommonIcon(row.pressed));
-        row.button->SetActive(row.active);
-    }
-    ui->tbn_titleIcon->setAttribute(Qt::WA_TransparentForMouseEvents);
-    ui->tbn_Filter->hide();
-}
-
-void YxHelp::InitTrees()
-{
-    for (QTreeWidget* tree : {ui->treeWidget, ui->treeWidget_favorites}) {
-        tree->setHeaderHidden(true);
-        tree->setFocusPolicy(Qt::NoFocus);
-        tree->setUniformRowHeights(true);
-    }
-    ui->treeWidget_result->setFocusPolicy(Qt::NoFocus);
-    ui->treeWidget_index->setFocusPolicy(Qt::NoFocus);
-}
-
-void YxHelp::InitWebViews()
-{
-    offlinePage = new RedirectWebEnginePage(ui->webEngineView);
-    ui->webEngineView->setPage(offlinePage);
-    // The views get their first address here and not in the form: there it would go to pages that are thrown
-    // away with this, and each costs a process of the engine. It also starts the engine's process for the
-    // topic, which then comes up while the contents are read.
-    offlinePage->setUrl(QUrl(QStringLiteral("about:blank")));
-    onlinePage = new RedirectOnlineWebEnginePage(ui->webView_online);
-    ui->webView_online->setPage(onlinePage);
-    ui->webEngineView->setFocusPolicy(Qt::ClickFocus);
-
-    const std::pair<QWebEnginePage::WebAction, QString> texts[] = {
-        {QWebEnginePage::Copy, tr("Copy")},
-        {QWebEnginePage::Back, tr("Back")},
-        {QWebEnginePage::Forward, tr("Forward")},
-        {QWebEnginePage::Reload, tr("Reload")},
-        {QWebEnginePage::ViewSource, tr("View Source")},
-        {QWebEnginePage::SavePage, tr("Save Page")},
-        {QWebEnginePage::Cut, tr("Cut")},
-        {QWebEnginePage::Paste, tr("Paste")},
-        {QWebEnginePage::SelectAll, tr("Select All")},
-    };
-    for (const auto& [action, text] : texts) {
-        onlinePage->action(action)->setText(text);
-        // A topic can be copied from; cutting, pasting and selecting keep the engine's own words there.
-        if (action != QWebEnginePage::Cut && action != QWebEnginePage::Paste &&
-            action != QWebEnginePage::SelectAll)
-            offlinePage->action(action)->setText(text);
-    }
-    // What is left is copying. The engine's own ways to open a link would take a topic for a file.
-    for (auto action :
-         {QWebEnginePage::Back, QWebEnginePage::Forward, QWebEnginePage::Reload, QWebEnginePage::ViewSource,
-          QWebEnginePage::SavePage, QWebEnginePage::OpenLinkInThisWindow, QWebEnginePage::OpenLinkInNewWindow,
-          QWebEnginePage::OpenLinkInNewTab, QWebEnginePage::DownloadLinkToDisk,
-          QWebEnginePage::CopyLinkToClipboard})
-        offlinePage->action(action)->setVisible(false);
-    for (auto action : {QWebEnginePage::Undo, QWebEnginePage::Redo, QWebEnginePage::PasteAndMatchStyle})
-        onlinePage->action(action)->setVisible(false);
-
-    for (QWebEngineSettings* settings : {offlinePage->settings(), ui->webEngineView->settings()})
-        settings->setAttribute(QWebEngineSettings::JavascriptEnabled, true);
-    QWebEngineSettings* online = ui->webView_online->settings();
-    online->setAttribute(QWebEngineSettings::JavascriptEnabled, true);
-    online->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
-    online->setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
-    for (QWebEngineView* view : {ui->webEngineView, ui->webView_online})
-        view->settings()->setFontFamily(QWebEngineSettings::StandardFont, QStringLiteral("Microsoft YaHei"));
-}
-
-void YxHelp::InitOpenMode()
-{
-    YxConfig::Instance()->ReadOpenMode(openMode);
-    if (productConfig.Group != 3)
-        return;
-    if (openMode.RunMode == 1) {
-        ui->tbn_online->setToolTip(OnlineToolTip());
-        SwitchToOnlinePage();
-        return;
-    }
-    ui->tbn_online->setToolTip(OfflineToolTip());
-    for (QWidget* button : {ui->tbn_flash, ui->tbn_back, ui->tbn_nextO})
-        button->hide();
-    ui->stackedWidget->setCurrentWidget(ui->page_offline);
-    SetSelected(ui->tbn_online, false);
-}
-
 void YxHelp::InitConnect()
 {
+    InitJobs();
     const YxGlobalSignal* hub = YxGlobalSignal::Instance();
     connect(ui->tbn_close, &QToolButton::clicked, this, &YxHelp::SlotClose);
     connect(ui->tbn_min, &QToolButton::clicked, this, &YxHelp::showMinimized);
@@ -293,15 +106,22 @@ void YxHelp::InitConnect()
     connect(hub, &YxGlobalSignal::DragWidgetBMaximized, this, &YxHelp::SlotMaxRestore);
     for (QToolButton* tab : {ui->tbn_context, ui->tbn_index, ui->tbn_favorites, ui->tbn_result})
         connect(tab, &QToolButton::clicked, this, &YxHelp::SlotTabClicked);
+    connect(ui->tbn_contextFind, &QToolButton::clicked, this, &YxHelp::SlotSearch);
+    connect(ui->tbn_Filter, &QToolButton::clicked, this, &YxHelp::SlotFilterToggle);
     connect(ui->tbn_setting, &QToolButton::clicked, this, &YxHelp::SlotSetting);
     connect(ui->tbn_pre, &QToolButton::clicked, this, &YxHelp::SlotHistoryBack);
     connect(ui->tbn_next, &QToolButton::clicked, this, &YxHelp::SlotHistoryForward);
     connect(ui->tbn_print, &QToolButton::clicked, this, &YxHelp::SlotPrint);
     connect(ui->tbn_favoritesQuick, &QToolButton::clicked, this, &YxHelp::SlotFavoritesQuick);
     connect(ui->tbn_home, &QToolButton::clicked, this, &YxHelp::SlotHome);
+    connect(this, &YxHelp::CreateSearchResultFinish, this, &YxHelp::SlotFilterApply, Qt::QueuedConnection);
     connect(hub, &YxGlobalSignal::dpiChange, this, [this] { UpdateDpiStyle(false); });
+    connect(hub, &YxGlobalSignal::SearchResultChange, this, &YxHelp::SlotSearchResult, Qt::DirectConnection);
+    connect(hub, &YxGlobalSignal::UpdataIndexPage, this, &YxHelp::SlotIndexPage, Qt::DirectConnection);
     connect(ui->treeWidget, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowHtmContent);
+    connect(ui->treeWidget_index, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowIndexContent);
     connect(ui->treeWidget_favorites, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowFavoriteContent);
+    connect(ui->treeWidget_result, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowResultContent);
     connect(offlinePage, &RedirectWebEnginePage::linkClicked, this, &YxHelp::SlotLinkClicked);
     for (QTreeWidget* tree : {ui->treeWidget, ui->treeWidget_favorites})
         connect(tree, &QTreeWidget::customContextMenuRequested, this, &YxHelp::SlotTreeMenu);
@@ -330,6 +150,7 @@ void YxHelp::InitConnect()
         Qt::DirectConnection);
     connect(ui->stackedWidget_wizard, &QStackedWidget::currentChanged, this, &YxHelp::SlotPageChanged,
             Qt::DirectConnection);
+    connect(ui->lineEdit_index, &QLineEdit::textChanged, this, &YxHelp::SlotIndexTextChanged);
     connect(offlinePage, &QWebEnginePage::loadFinished, this, &YxHelp::SlotOfflineLoadFinished);
     if (!platform::kDpiArrivesAsMessage)
         InitScreenConnect();
@@ -338,6 +159,8 @@ void YxHelp::InitConnect()
 void YxHelp::SlotOfflineLoadFinished(bool ok)
 {
     qCDebug(lcPage) << (ok ? "page loaded" : "page failed");
+    if (ok)
+        MarkSearchWord();
     if (!ok || profileCleared)
         return;
     // At every start, but not before the first page is there: a load during the clearing of the cache never
@@ -361,6 +184,11 @@ bool YxHelp::eventFilter(QObject* watched, QEvent* event)
     if (watched == ui->frame_topOpt && event->type() == QEvent::MouseButtonDblClick) {
         SlotMaxRestore();
         return true;
+    }
+    if (watched == ui->lineEdit_context && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter)
+            SlotSearch();
     }
     // A dialog would vanish on Escape, without its orderly end.
     if (watched == this && event->type() == QEvent::KeyPress &&
@@ -416,8 +244,10 @@ void YxHelp::SetWindowOnTop()
 
 void YxHelp::SlotClose()
 {
-    if (productConfig.Group != 2)
+    if (productConfig.Group != 2) {
+        EndJobs();
         viewModel->SaveFavorites();
+    }
     if (productConfig.ResizeMemory) {
         if (!isMaximized())
             normalSize = size();

@@ -8,13 +8,20 @@
 #include "treeviewmodel.h"
 
 #include <QDialog>
+#include <QFuture>
+#include <QList>
 #include <QSize>
+#include <QString>
+#include <QVector>
 
 #include <memory>
 
+class QTreeWidget;
 class QTreeWidgetItem;
 class RedirectOnlineWebEnginePage;
 class RedirectWebEnginePage;
+class RowDelivery;
+class YxFilterSettingWid;
 class YxSettingWid;
 class YxViewModel;
 
@@ -48,6 +55,10 @@ public:
     /// The screen has `dpi` dots per inch now: every window rescales when that is another scale.
     void ChangeDpi(int dpi);
 
+signals:
+    /// A search has come to its end; carries the categories to leave out.
+    void CreateSearchResultFinish(QVector<int> filterVec);
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
@@ -56,7 +67,7 @@ private slots:
     void SlotShowHtmContent(QTreeWidgetItem* item, int column);
 
 private:
-    // yxhelp.cpp: construction, connections, closing
+    // yxhelp_setup.cpp
     void InitWidget();
     void InitFrame();
     void InitWindowTools();
@@ -66,6 +77,8 @@ private:
     void InitTrees();
     void InitWebViews();
     void InitOpenMode();
+
+    // yxhelp.cpp: construction, connections, closing
     void InitConnect();
     void InitScreenConnect();
     void SlotOfflineLoadFinished(bool ok);
@@ -83,15 +96,41 @@ private:
     void SyncTreeToCurrentTopic();
     void SlotTabClicked();
     void SlotPageChanged(int index);
+    void MarkSearchWord();
+
+    // yxhelp_index.cpp
+    void InitJobs();
+    void EndJobs();
+    static void EndJob(QFuture<void>& job);
+    void StartIndex();
+    void SlotIndexPage(QList<TreeViewModel>& list, int index);
+    void ShowIndexRows(const QList<TreeViewModel>& rows);
+    void AppendRows(QTreeWidget* tree, QList<TreeViewModel>& list, const QList<TreeViewModel>& rows);
+    void SlotIndexTextChanged(const QString& text);
+
+    // yxhelp_search.cpp
+    void SlotSearch();
+    void ClearResultList();
+    void SlotSearchResult(QList<TreeViewModel>& list, int index, bool isEnd);
+    void ShowSearchRows(const QList<TreeViewModel>& rows, bool isEnd);
+    void UpdateResultCount();
+    void InitFilterPanel();
+    void SlotFilterToggle();
+    void SlotFilterChanged(const QVector<int>& excluded);
+    void SlotFilterApply(const QVector<int>& excluded);
 
     // yxhelp_navigation.cpp
     struct TopicLoader;
     static const TopicLoader kContentsLoader;
     static const TopicLoader kRedirectLoader;
+    static const TopicLoader kIndexLoader;
     static const TopicLoader kFavoriteLoader;
+    static const TopicLoader kResultLoader;
     void LoadTopic(const TopicLoader& loader, int row, int column);
     void ShowContentsRow(const TopicLoader& loader, int row);
     void ShowPage(const QString& html);
+    void SlotShowIndexContent(QTreeWidgetItem* item, int column);
+    void SlotShowResultContent(QTreeWidgetItem* item, int column);
     void SlotShowFavoriteContent(QTreeWidgetItem* item, int column);
     void ActivateHistoryButtons();
     void SlotHistoryBack();
@@ -124,17 +163,24 @@ private:
     std::unique_ptr<Ui::YxHelpApp> ui;
     MoveWidgetTool moveTool;
     DrawWidgetTool drawTool;
-    QSize normalSize{-1, -1}; ///< Size to remember across runs.
-    bool treePending = true;  ///< The contents tree is still to be built.
+    QSize normalSize{-1, -1};     ///< Size to remember across runs.
+    bool filterAvailable = false; ///< The filter panel has categories.
+    bool treePending = true;      ///< The contents tree is still to be built.
     bool profileCleared = false;
     YxViewModel* viewModel = nullptr;
+    YxFilterSettingWid* filterPanel = nullptr;
     YxSettingWid* settingWid = nullptr;
     QString language;       ///< Language tag in force.
     QString launchLanguage; ///< Language as launched.
     QString currentTopicKey;
     QString currentTopicPath;
+    QString lastSearch; ///< Word of the last search in this run.
     ConfigInfo productConfig;
     OpenModeInfo openMode;
     RedirectWebEnginePage* offlinePage = nullptr;
     RedirectOnlineWebEnginePage* onlinePage = nullptr;
+    QFuture<void> searchFuture;
+    QFuture<void> indexFuture;
+    RowDelivery* searchDelivery = nullptr;
+    RowDelivery* indexDelivery = nullptr;
 };

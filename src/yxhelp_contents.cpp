@@ -12,9 +12,6 @@ Q_LOGGING_CATEGORY(lcContents, "yxhelp.contents")
 
 namespace {
 
-/// From here on a parent's number means that the row stands outside the contents tree.
-constexpr int kOutsideTree = 65535;
-
 enum LeftPage {
     ContentsPage,
     IndexPage,
@@ -81,6 +78,9 @@ void YxHelp::CreateContentsTree()
     emit ui->treeWidget->itemClicked(root, -1);
     root->setExpanded(true);
     CreateFavoritesList();
+    if (productConfig.Filter)
+        InitFilterPanel();
+    StartIndex();
 }
 
 void YxHelp::SyncTreeToCurrentTopic()
@@ -132,10 +132,18 @@ void YxHelp::SlotTabClicked()
 
 void YxHelp::SlotPageChanged(int index)
 {
-    // The word that a search looked for stays marked in the page as long as its hits are on the left.
-    offlinePage->findText(index == ResultPage ? ui->lineEdit_context->text() : QString());
+    MarkSearchWord();
     if (index != ResultPage)
         ui->tbn_Filter->hide();
+    else if (productConfig.Filter && filterAvailable)
+        ui->tbn_Filter->show();
     ui->frame_index->setVisible(index == IndexPage);
     ui->frame_contextFind->setVisible(index == ContentsPage || index == ResultPage);
+}
+
+void YxHelp::MarkSearchWord()
+{
+    // The word that a search looked for is marked in the page as long as its hits are on the left.
+    const bool results = ui->stackedWidget_wizard->currentIndex() == ResultPage;
+    offlinePage->findText(results ? ui->lineEdit_context->text() : QString());
 }

@@ -22,6 +22,16 @@ const TreeViewModel& ContentsRecord(YxViewModel& model, int row)
     return model.HelpFileList().at(row);
 }
 
+const TreeViewModel& IndexRecord(YxViewModel& model, int row)
+{
+    return model.IndexList()->at(row);
+}
+
+const TreeViewModel& ResultRecord(YxViewModel& model, int row)
+{
+    return model.SearchList()->at(row);
+}
+
 const TreeViewModel& FavoriteRecord(YxViewModel& model, int row)
 {
     return model.FavoriteList()->at(row);
@@ -50,6 +60,10 @@ const YxHelp::TopicLoader YxHelp::kContentsLoader{&ContentsRecord, &YxViewModel:
                                                   &YxViewModel::SetTreeRow, true, false};
 const YxHelp::TopicLoader YxHelp::kRedirectLoader{&ContentsRecord, &YxViewModel::TreeRow,
                                                   &YxViewModel::SetTreeRow, true, true};
+const YxHelp::TopicLoader YxHelp::kIndexLoader{&IndexRecord, &YxViewModel::IndexRow,
+                                               &YxViewModel::SetIndexRow, false, false};
+const YxHelp::TopicLoader YxHelp::kResultLoader{&ResultRecord, &YxViewModel::SearchRow,
+                                                &YxViewModel::SetSearchRow, false, false};
 const YxHelp::TopicLoader YxHelp::kFavoriteLoader{&FavoriteRecord, &YxViewModel::FavoriteRow,
                                                   &YxViewModel::SetFavoriteRow, false, false};
 
@@ -88,6 +102,16 @@ void YxHelp::ShowPage(const QString& html)
 void YxHelp::SlotShowHtmContent(QTreeWidgetItem* item, int column)
 {
     LoadTopic(kContentsLoader, RowOf(item), column);
+}
+
+void YxHelp::SlotShowIndexContent(QTreeWidgetItem* item, int column)
+{
+    LoadTopic(kIndexLoader, RowOf(item), column);
+}
+
+void YxHelp::SlotShowResultContent(QTreeWidgetItem* item, int column)
+{
+    LoadTopic(kResultLoader, RowOf(item), column);
 }
 
 void YxHelp::SlotShowFavoriteContent(QTreeWidgetItem* item, int column)

@@ -248,6 +248,28 @@ void YxViewModel::SetIndexRow(const int& row)
     indexRow = row;
 }
 
+void YxViewModel::LoadIndex()
+{
+    if (IndexCount == treeList.size())
+        return;
+    QList<TreeViewModel> rows;
+    SQLTOOL tool(databasePath, QStringLiteral("ThreadSql"));
+    tool.OpenDb();
+    std::atomic_ref(IndexRunning).store(true);
+    tool.GetIndexFromDB(rows, IndexCount, IndexRunning);
+    tool.CloseDb();
+}
+
+void YxViewModel::SearchAllFiles(QString text)
+{
+    QList<TreeViewModel> hits;
+    SQLTOOL tool(databasePath, QStringLiteral("SearchSql"));
+    tool.OpenDb();
+    std::atomic_ref(SearchRunning).store(true);
+    tool.SearchTextInAllFiles(hits, text, SearchRunning);
+    tool.CloseDb();
+}
+
 bool YxViewModel::IsTopNode(const TreeViewModel& node) const
 {
     return node.ParentId == 0;

@@ -61,6 +61,12 @@ public:
     int IndexRow() const;
     void SetIndexRow(const int& row);
 
+    // The two jobs. They run on threads of the pool, each with a connection and a list of its own, and reach
+    // the lists of the window by YxGlobalSignal alone. TerminateResultSearch stops both; a stop that comes
+    // before a job has opened the database is lost.
+    void LoadIndex();
+    void SearchAllFiles(QString text);
+
     bool IsTopNode(const TreeViewModel& node) const;
 
     /// Reads the marks and appends to the favourites; to be called once.

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QImage>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -17,7 +18,6 @@
 namespace {
 
 const QLatin1String kConnection("helpdatabase-test");
-constexpr int kOutsideTree = 65535;
 
 void Run(QSqlQuery& query, const QString& statement, const QVariantList& values = {})
 {
@@ -150,7 +150,6 @@ TopicRow HelpDatabase::ParseLine(const QString& line, int level)
     row.path = QLatin1String("topics\\") + row.key + QLatin1String(".html");
     row.html = QLatin1String("<html><head><title>") + title + QLatin1String("</title></head><body><h1>") +
                title + QLatin1String("</h1></body></html>");
-    row.body = title;
 
     ancestors = ancestors.mid(0, level);
     row.id = lastId + 1;
@@ -159,6 +158,10 @@ TopicRow HelpDatabase::ParseLine(const QString& line, int level)
     row.top = ancestors.size() > 1 ? ancestors.at(1).id : row.id;
     if (titleEnd >= 0)
         SetFields(row, line.mid(titleEnd + 3));
+    if (row.body.isNull()) {
+        static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
+        row.body = QString(row.html).remove(tags);
+    }
     lastId = row.id;
     ancestors.append(row);
     return row;
