@@ -1,13 +1,15 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, and says nothing when none is.
-#   packages.sh build [test] [content]
+#   packages.sh build [test] [content] [fuzz]
 set -eu
 
 build='g++ cmake ninja-build pkg-config qtbase5-dev qtbase5-dev-tools qtwebengine5-dev qttools5-dev
-    qttools5-dev-tools qttranslations5-l10n libqt5sql5-sqlite libgumbo-dev fonts-dejavu-core fonts-noto-cjk
+    qttools5-dev-tools qttranslations5-l10n libqt5sql5-sqlite libgumbo-dev libcpp-httplib-dev libcurl4-openssl-dev
+    nlohmann-json3-dev fonts-dejavu-core fonts-noto-cjk
     xvfb openbox xdotool imagemagick x11-utils'
 test='g++-mingw-w64-x86-64 clang-format sqlite3'
 content='qtbase5-doc-html kicad-doc-en kicad-doc-zh'
+fuzz='clang libclang-rt-dev'
 
 wanted=
 for group in "$@"; do
@@ -15,6 +17,7 @@ for group in "$@"; do
     build) wanted="$wanted $build" ;;
     test) wanted="$wanted $test" ;;
     content) wanted="$wanted $content" ;;
+    fuzz) wanted="$wanted $fuzz" ;;
     *)
         echo "packages.sh: no group '$group'" >&2
         exit 2

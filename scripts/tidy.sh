@@ -4,5 +4,5 @@
 set -eu
 cd "$(dirname "$0")/.."
 build=${1:-build/dev}
-pattern=${2:-/(src|tools|tests|bench)/[^/]*\.cpp$}
+pattern=${2:-/(src|onlinehelpapi|tools|tests|bench)/[^/]*\.cpp$}
 run-clang-tidy -quiet -p "$build" "$pattern"
