@@ -18,8 +18,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QWebEngineHistory>
-#include <QWebEngineProfile>
-#include <QWebEngineSettings>
 
 Q_LOGGING_CATEGORY(lcPage, "yxhelp.page", QtInfoMsg)
 
@@ -64,6 +62,7 @@ bool YxHelp::Init(const HelpLaunchArgs& args, const QString& languageTag)
         return false;
     }
     SetProductTitle(productConfig.Product);
+    LoadOnlineHome();
     if (productConfig.Group != 2) {
         if (openMode.RunMode == 0)
             CreateContentsTree();
@@ -108,6 +107,7 @@ void YxHelp::InitConnect()
         connect(tab, &QToolButton::clicked, this, &YxHelp::SlotTabClicked);
     connect(ui->tbn_contextFind, &QToolButton::clicked, this, &YxHelp::SlotSearch);
     connect(ui->tbn_Filter, &QToolButton::clicked, this, &YxHelp::SlotFilterToggle);
+    connect(ui->tbn_online, &QToolButton::clicked, this, &YxHelp::SlotOnline);
     connect(ui->tbn_setting, &QToolButton::clicked, this, &YxHelp::SlotSetting);
     connect(ui->tbn_pre, &QToolButton::clicked, this, &YxHelp::SlotHistoryBack);
     connect(ui->tbn_next, &QToolButton::clicked, this, &YxHelp::SlotHistoryForward);
@@ -151,6 +151,8 @@ void YxHelp::InitConnect()
     connect(ui->stackedWidget_wizard, &QStackedWidget::currentChanged, this, &YxHelp::SlotPageChanged,
             Qt::DirectConnection);
     connect(ui->lineEdit_index, &QLineEdit::textChanged, this, &YxHelp::SlotIndexTextChanged);
+    connect(onlinePage, &QWebEnginePage::loadFinished, this, &YxHelp::SlotOnlineLoadFinished);
+    connect(onlinePage, &QWebEnginePage::urlChanged, this, &YxHelp::SlotOnlineUrlChanged);
     connect(offlinePage, &QWebEnginePage::loadFinished, this, &YxHelp::SlotOfflineLoadFinished);
     if (!platform::kDpiArrivesAsMessage)
         InitScreenConnect();
@@ -161,13 +163,6 @@ void YxHelp::SlotOfflineLoadFinished(bool ok)
     qCDebug(lcPage) << (ok ? "page loaded" : "page failed");
     if (ok)
         MarkSearchWord();
-    if (!ok || profileCleared)
-        return;
-    // At every start, but not before the first page is there: a load during the clearing of the cache never
-    // ends in one of a hundred starts, and the view stays white.
-    profileCleared = true;
-    onlinePage->profile()->clearHttpCache();
-    onlinePage->profile()->clearAllVisitedLinks();
 }
 
 void YxHelp::InitScreenConnect()

@@ -159,6 +159,17 @@ private:
     void SwitchToOnlinePage();
     void SwitchToOfflinePage();
     void SlotSetting();
+    void LoadOnlineHome();
+    void LoadOnlinePage(const QString& address);
+    void ShowNoNetwork();
+    void SlotOnline();
+    void SyncTreeToOnlinePage();
+    void SlotOnlineLoadFinished(bool ok);
+    void SlotOnlineUrlChanged();
+
+    // yxhelp_redirect.cpp
+    void ShowRedirectedOffline(const QString& topic);
+    void ShowRedirectedOnline(const SMData& request);
 
     std::unique_ptr<Ui::YxHelpApp> ui;
     MoveWidgetTool moveTool;
@@ -166,13 +177,13 @@ private:
     QSize normalSize{-1, -1};     ///< Size to remember across runs.
     bool filterAvailable = false; ///< The filter panel has categories.
     bool treePending = true;      ///< The contents tree is still to be built.
-    bool profileCleared = false;
     YxViewModel* viewModel = nullptr;
     YxFilterSettingWid* filterPanel = nullptr;
     YxSettingWid* settingWid = nullptr;
     QString language;       ///< Language tag in force.
     QString launchLanguage; ///< Language as launched.
     QString currentTopicKey;
+    QString syncedTopicKey; ///< Topic of the online page when the offline one was last brought in step.
     QString currentTopicPath;
     QString lastSearch; ///< Word of the last search in this run.
     ConfigInfo productConfig;

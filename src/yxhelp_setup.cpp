@@ -10,6 +10,7 @@
 #include "yxsettingwid.h"
 
 #include <QAction>
+#include <QWebEngineProfile>
 #include <QWebEngineSettings>
 
 namespace {
@@ -147,6 +148,12 @@ void YxHelp::InitTrees()
 
 void YxHelp::InitWebViews()
 {
+    // Every start begins with nothing cached and no link visited. The cache is kept in memory for that:
+    // clearing the one on disk takes a moment, and a page that loads meanwhile may never come to its end.
+    QWebEngineProfile* profile = QWebEngineProfile::defaultProfile();
+    profile->setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
+    profile->clearAllVisitedLinks();
+
     offlinePage = new RedirectWebEnginePage(ui->webEngineView);
     ui->webEngineView->setPage(offlinePage);
     // The views get their first address here and not in the form: there it would go to pages that are thrown

@@ -1,34 +1,24 @@
 #include "yxsettingwid.h"
 
 #include "dpiscale.h"
-#include "movewidgettool.h"
-#include "platform.h"
 #include "ui_yxsettingwid.h"
 #include "yxconfig.h"
 
-#include <QGuiApplication>
-#include <QMouseEvent>
-#include <QScreen>
 #include <QTimer>
-
-#include <cmath>
 
 namespace {
 
-constexpr double kDesignDpi = 96.0;
-constexpr double kSameScale = 1e-6;
-constexpr int kIndicatorPixels = 17;
-constexpr int kFontPixels = 12;
 /// A switch that has no size yet follows 10 ms after it was set.
 constexpr int kSwitchSettledMs = 20;
 
 } // namespace
 
-YxSettingWid::YxSettingWid(QWidget* parent) : QDialog(parent), ui(new Ui::YxSettingWid())
+YxSettingWid::YxSettingWid(QWidget* parent) : FramelessDialog(parent), ui(new Ui::YxSettingWid())
 {
     ui->setupUi(this);
+    InitFrame(ui->frame_top);
     ReadConfig();
-    FirstScale();
+    InitScale();
     Connect();
 }
 
@@ -36,11 +26,6 @@ YxSettingWid::~YxSettingWid() = default;
 
 void YxSettingWid::ReadConfig()
 {
-    Qt::WindowFlags flags = windowFlags() | Qt::FramelessWindowHint;
-    flags.setFlag(Qt::BypassWindowManagerHint, platform::kBypassWindowManager);
-    setWindowFlags(flags);
-    ui->frame_top->installEventFilter(this);
-
     OpenModeInfo mode;
     YxConfig::Instance()->ReadOpenMode(mode);
     onlineMode = mode.RunMode != 0;
@@ -68,19 +53,6 @@ void YxSettingWid::Connect()
     connect(ui->btn_ok, &QPushButton::clicked, this, &YxSettingWid::Save);
     connect(ui->radioButton_online, &QRadioButton::toggled, this, &YxSettingWid::ShowSwitches);
     connect(ui->switch_auto, &YxSwitchButton::checkedChanged, this, &YxSettingWid::ShowSwitches);
-    if (!platform::kDpiArrivesAsMessage)
-        WatchScreen();
-}
-
-void YxSettingWid::WatchScreen()
-{
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    // Queued: the main window takes the new scale first, whichever of the two connected first.
-    connect(
-        screen, &QScreen::logicalDotsPerInchChanged, this,
-        [this, screen] { ChangeDpi(qRound(screen->logicalDotsPerInchX())); }, Qt::QueuedConnection);
 }
 
 /// A reminder has nothing to do when the help goes offline by itself, and offline there is nothing to switch.
@@ -128,56 +100,6 @@ bool YxSettingWid::SetChangeRemin(bool on)
     return true;
 }
 
-bool YxSettingWid::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == ui->frame_top && !Drag(event))
-        return false;
-    return QDialog::eventFilter(watched, event);
-}
-
-bool YxSettingWid::Drag(QEvent* event)
-{
-    if (event->type() == QEvent::MouseButtonPress) {
-        const auto* press = static_cast<QMouseEvent*>(event);
-        if (press->button() != Qt::LeftButton)
-            return false;
-        dragStart = press->pos();
-        dragging = true;
-    } else if (event->type() == QEvent::MouseButtonRelease) {
-        dragging = false;
-    } else if (event->type() == QEvent::MouseMove && dragging) {
-        const auto* motion = static_cast<QMouseEvent*>(event);
-        move(WindowPosAt(motion, ui->frame_top, this) + motion->pos() - dragStart);
-    }
-    return true;
-}
-
-bool YxSettingWid::nativeEvent(const QByteArray& eventType, void* message, long* result)
-{
-    if (const auto dpi =
-            platform::DpiOfNativeMessage({eventType.constData(), size_t(eventType.size())}, message))
-        ChangeDpi(*dpi);
-    return QDialog::nativeEvent(eventType, message, result);
-}
-
-void YxSettingWid::FirstScale()
-{
-    SetFromDesign(true);
-    if (scaleActive)
-        ScaleBy(currentScale, currentScale);
-}
-
-void YxSettingWid::ChangeDpi(int dpi)
-{
-    const double total = dpi / kDesignDpi;
-    double factor = 1.0;
-    if (std::abs(total - scale) >= kSameScale) {
-        const double ratio = ScaleRatio(dpi);
-        factor = scale > ratio ? total / scale : ratio / scale;
-    }
-    ScaleBy(factor, total);
-}
-
 void YxSettingWid::ScaleBy(double factor, double total)
 {
     ScaleMinimumSizeBy(this, factor);
@@ -186,12 +108,7 @@ void YxSettingWid::ScaleBy(double factor, double total)
     ScaleSizeBy(ui->tbn_close, factor);
     ScaleIconSizeBy(ui->tbn_close, factor);
 
-    const QString radioStyle =
-        QStringLiteral("QRadioButton::indicator\t\t\t\t\t\t\t\t\t\t{width:%1px;height:%2px;}"
-                       "\t\t\t\t\t\t\t\t\t\tQRadioButton\t\t\t\t\t\t\t\t\t\t{font-size:%3px;}")
-            .arg(qRound(total * kIndicatorPixels))
-            .arg(qRound(total * kIndicatorPixels))
-            .arg(qRound(total * kFontPixels));
+    const QString radioStyle = IndicatorStyle(QLatin1String("QRadioButton"), total);
     for (QRadioButton* radio : {ui->radioButton_online, ui->radioButton_offline}) {
         ScaleMinimumSizeBy(radio, factor);
         radio->setStyleSheet(radioStyle);
@@ -213,5 +130,4 @@ void YxSettingWid::ScaleBy(double factor, double total)
     for (QSpacerItem* spacer :
          {ui->horizontalSpacer, ui->horizontalSpacer_2, ui->horizontalSpacer_3, ui->verticalSpacer})
         ScaleSpacerBy(spacer, factor);
-    scale = total;
 }

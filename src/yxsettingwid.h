@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QDialog>
-#include <QPoint>
+#include "framelessdialog.h"
 
 #include <memory>
 
@@ -11,7 +10,7 @@ class YxSettingWid;
 
 /// Settings of the online help. One object lives as long as the main window and keeps the saved answers; the
 /// controls may differ from them only while the dialog is open.
-class YxSettingWid : public QDialog
+class YxSettingWid : public FramelessDialog
 {
     Q_OBJECT
 
@@ -30,28 +29,17 @@ public:
     /// Puts the controls back to the saved answers, whichever way the dialog is left.
     void reject() override;
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-    bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
-
 private:
     void ReadConfig();
     void Connect();
-    void WatchScreen();
     void ShowSwitches();
     void Save();
     void Store();
-    bool Drag(QEvent* event);
-    void FirstScale();
-    void ChangeDpi(int dpi);
-    void ScaleBy(double factor, double total);
+    void ScaleBy(double factor, double total) override;
 
     std::unique_ptr<Ui::YxSettingWid> ui;
-    bool dragging = false;
-    QPoint dragStart;
     bool offlineMode = false;
     bool onlineMode = false;
     bool autoChange = false;
     bool changeRemin = false;
-    double scale = 1.0;
 };

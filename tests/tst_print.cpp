@@ -39,23 +39,6 @@ QByteArray Picture()
     return data;
 }
 
-/// Runs `act` in the dialog of class `Dialog` that opens next, and closes what is still open then.
-template <class Dialog>
-void WithNext(const std::function<void(Dialog&)>& act)
-{
-    auto* watch = new QTimer(qApp);
-    QObject::connect(watch, &QTimer::timeout, watch, [watch, act] {
-        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        watch->deleteLater();
-        watch->stop();
-        act(*dialog);
-        dialog->close();
-    });
-    watch->start(10);
-}
-
 void Choose(QPrintPreviewDialog& dialog, const QString& text)
 {
     for (QAction* action : dialog.findChildren<QAction*>()) {

@@ -3,7 +3,11 @@
 #include "launchargs.h"
 #include "yxhelp.h"
 
+#include <QApplication>
 #include <QString>
+#include <QTimer>
+
+#include <functional>
 
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -60,6 +64,23 @@ private:
 /// Runs xdotool with these words, with mouse and keyboard of the whole screen, while the window lives on.
 /// False when that fails.
 bool XDo(const QString& words, QString* output = nullptr);
+
+/// Runs `act` in the dialog of class `Dialog` that opens next, and closes what is still open then.
+template <class Dialog>
+void WithNext(const std::function<void(Dialog&)>& act)
+{
+    auto* watch = new QTimer(qApp);
+    QObject::connect(watch, &QTimer::timeout, watch, [watch, act] {
+        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        watch->deleteLater();
+        watch->stop();
+        act(*dialog);
+        dialog->close();
+    });
+    watch->start(10);
+}
 
 /// The visible shape of a tree as indented text.
 QString TreeText(const QTreeWidget* tree);
