@@ -5,7 +5,7 @@ cd "$(dirname "$0")"
 
 usage() {
     cat <<'TEXT'
-./run.sh [--content PATH]... [--title TEXT] [--language TAG] [--topic KEY]
+./run.sh [--content PATH]... [--title TEXT] [--language TAG] [--topic KEY] [--online]
 
 Installs what is missing, builds, and opens the viewer. Without a display it runs on a virtual one and
 leaves a screenshot.
@@ -15,6 +15,7 @@ leaves a screenshot.
   --title TEXT     title of the contents made from --content
   --language TAG   language of the help, such as en-US (the default) or zh-CN
   --topic KEY      topic to open first
+  --online         show the same help as a web site too, served on this machine while the viewer runs
   --help           this text
 TEXT
 }
@@ -22,6 +23,7 @@ TEXT
 language=en-US
 topic=
 title=
+online=
 contents=
 # A newline between paths keeps blanks in them whole.
 while [ $# -gt 0 ]; do
@@ -29,6 +31,10 @@ while [ $# -gt 0 ]; do
     --help | -h)
         usage
         exit 0
+        ;;
+    --online)
+        online=yes
+        shift
         ;;
     --content | --title | --language | --topic)
         if [ $# -lt 2 ]; then
@@ -57,11 +63,11 @@ cmake --preset release >/dev/null
 cmake --build --preset release
 
 program=build/release/bin
-if [ -n "$contents" ]; then
+if [ -n "$contents$online" ]; then
     # The viewer finds its help beside itself, so other content gets a copy of the program.
-    program=build/content/$(printf %s "$contents" | cksum | cut -d' ' -f1)
+    program=build/content/$(printf %s "$contents$online" | cksum | cut -d' ' -f1)
     mkdir -p "$program"
-    cp build/release/bin/YxHelp "$program/YxHelp"
+    cp build/release/bin/YxHelp build/release/bin/libYxOnlineHelpApi.so "$program"
     for folder in build/release/bin/*/; do
         for catalogue in "$folder"*.qm; do
             [ -e "$catalogue" ] || continue
@@ -69,7 +75,12 @@ if [ -n "$contents" ]; then
             cp "$catalogue" "$program/$(basename "$folder")/"
         done
     done
-    set -- --output "$program" --language "$language"
+    if [ -z "$contents" ]; then
+        contents="build/release/samples/manual/$language
+"
+        [ -n "$title" ] || title="Help Viewer Manual"
+    fi
+    set -- --language "$language"
     [ -z "$title" ] || set -- "$@" --title "$title"
     old_ifs=$IFS
     IFS='
@@ -78,9 +89,31 @@ if [ -n "$contents" ]; then
         set -- "$@" --input "$path"
     done
     IFS=$old_ifs
-    build/release/bin/yxhelp-build "$@"
+    if [ -n "$online" ]; then
+        build/release/bin/yxhelp-build "$@" --site "$program/site"
+        # The product names the service's address, so the service comes first.
+        build/release/bin/yxhelp-service --site "$program/site" >"$program/service.log" &
+        service=$!
+        trap 'kill "$service" 2>/dev/null || true' EXIT
+        trap 'exit 1' HUP INT TERM
+        until site=$(sed -n '1s/ *$//p' "$program/service.log") && [ -n "$site" ]; do
+            if ! kill -0 "$service" 2>/dev/null; then
+                echo "run.sh: the web site can't be served" >&2
+                exit 1
+            fi
+            sleep 0.1
+        done
+        sed -e 's/^Group=.*/Group=3/' -e "s|^\\[YxHelp\\]|&\\
+DefaultURL=$site\\
+AbroadURL=$site\\
+HelpmanagerUrl=${site}address\\
+HelpmanagerAbroadUrl=${site}address|" samples/product/en-US/YxHelp.ini >"$program/YxHelp.ini"
+        set -- "$@" --product "$program/YxHelp.ini"
+    fi
+    build/release/bin/yxhelp-build "$@" --output "$program"
 fi
 
 set -- /Language "$language"
 [ -z "$topic" ] || set -- "$@" /Topic "$topic"
-exec scripts/show.sh "$program/YxHelp" "$@"
+# Not in place of this script, which ends the service.
+scripts/show.sh "$program/YxHelp" "$@"

@@ -31,9 +31,13 @@ void TestHelpBuildProgram::callsEndAsTold_data()
         "*OUT/en-US/Help/YXCADHelp.db: 1 topics, 0 images*");
     row("all options", "-i IN/doc -o OUT/x/y -l zh-CN --database My.db --title T", 0,
         "*OUT/x/y/zh-CN/Help/My.db: *");
-    row("help", "--help", 0, "*exit code 1*--input*--output*--language*--database*--title*--product*");
+    row("help", "--help", 0, "*exit code 1*--input*--output*--site*--language*--database*--title*--product*");
     row("no input", "--output OUT --language en-US", 1, "yxhelp-build: --input is missing*");
-    row("no output", "--input IN/doc --language en-US", 1, "yxhelp-build: --output is missing*");
+    row("no output", "--input IN/doc --language en-US", 1, "yxhelp-build: --output or --site is missing*");
+    row("site alone", "--input IN/doc --site OUT/web --language en-US", 0,
+        "OUT/web/en-US: 1 pages, 0 files\n");
+    row("site beside the database", "--input IN/doc --output OUT --site OUT --language en-US", 0,
+        "OUT/en-US/Help/YXCADHelp.db: *\nOUT/en-US: 1 pages*");
     row("no language", "--input IN/doc --output OUT", 1, "yxhelp-build: --language must be a tag*");
     row("language that leads out", "--input IN/doc --output OUT --language ../x", 1,
         "yxhelp-build: --language must*");

@@ -11,6 +11,11 @@ const char* const kDescription =
     "Turns documentation into a help database for the viewer: <output>/<language>/Help/ with the\n"
     "database, the folder \"styles\" and the resource file \"YxHelpSystem.rcc\".\n"
     "\n"
+    "With --site the same topics are written as a web site, for the viewer's online mode:\n"
+    "<site>/<language>/ with the pages in \"OriginalData\", a home page \"index.html\" and the tables\n"
+    "\"addresses.json\" and \"addresses.conf\", from which a service or nginx answers where a topic is.\n"
+    "With --site alone no database is built. Each language is a call of its own.\n"
+    "\n"
     "An input is a Qt help project (.qhp) or a folder of HTML pages. A project's sections become the\n"
     "contents tree, its keywords the topic keys. Of a folder, the folders become the tree, pages go by\n"
     "their titles and by their file names as keys, and an index page becomes its folder's entry.\n"
@@ -52,8 +57,8 @@ ParsedOptions Check(const BuildOptions& options)
 {
     if (options.inputs.isEmpty())
         return Wrong(QStringLiteral("--input is missing"));
-    if (options.output.isEmpty())
-        return Wrong(QStringLiteral("--output is missing"));
+    if (options.output.isEmpty() && options.site.isEmpty())
+        return Wrong(QStringLiteral("--output or --site is missing"));
     if (!IsLanguageTag(options.language))
         return Wrong(QStringLiteral("--language must be a tag such as \"en-US\""));
     if (!IsDatabaseName(options.database))
@@ -73,6 +78,9 @@ ParsedOptions ParseOptions(const QStringList& arguments)
     const QCommandLineOption output({QStringLiteral("o"), QStringLiteral("output")},
                                     QStringLiteral("Folder that holds the folders of the languages."),
                                     QStringLiteral("dir"));
+    const QCommandLineOption site(QStringLiteral("site"),
+                                  QStringLiteral("Folder that holds the languages of the web site."),
+                                  QStringLiteral("dir"));
     const QCommandLineOption language({QStringLiteral("l"), QStringLiteral("language")},
                                       QStringLiteral("Language tag, such as \"en-US\" or \"zh-CN\"."),
                                       QStringLiteral("tag"));
@@ -91,7 +99,7 @@ ParsedOptions ParseOptions(const QStringList& arguments)
                                      QStringLiteral("Shows all warnings, not only the first of each kind."));
     QCommandLineParser parser;
     parser.setApplicationDescription(QString::fromLatin1(kDescription));
-    parser.addOptions({input, output, language, database, title, product, verbose});
+    parser.addOptions({input, output, site, language, database, title, product, verbose});
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
 
@@ -115,6 +123,7 @@ ParsedOptions ParseOptions(const QStringList& arguments)
     BuildOptions options;
     options.inputs = parser.values(input);
     options.output = parser.value(output);
+    options.site = parser.value(site);
     options.language = parser.value(language);
     if (parser.isSet(database))
         options.database = parser.value(database);

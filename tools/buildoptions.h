@@ -8,7 +8,8 @@ namespace helpbuild {
 struct BuildOptions
 {
     QStringList inputs;
-    QString output;
+    QString output; ///< Empty: no database is built.
+    QString site;   ///< Empty: no web site is written.
     QString language;
     QString database = QStringLiteral("YXCADHelp.db");
     QString title;

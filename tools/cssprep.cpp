@@ -1,7 +1,11 @@
 #include "cssprep.h"
 
+#include <algorithm>
+
 namespace helpbuild {
 namespace {
+
+const QLatin1String kUtf8Rule("@charset \"utf-8\";");
 
 class CssScanner
 {
@@ -160,6 +164,29 @@ QString CssString(const QString& text)
     quoted.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
     quoted.replace(QLatin1Char('"'), QLatin1String("\\\""));
     return QLatin1Char('"') + quoted + QLatin1Char('"');
+}
+
+QString CssUrl(const QString& address)
+{
+    return QLatin1String("url(") + CssString(address) + QLatin1Char(')');
+}
+
+QString CssImport(const QString& address, const QString& media)
+{
+    const QString condition = media.isEmpty() ? QString() : QString(QLatin1Char(' ') + media);
+    return QLatin1String("@import ") + CssString(address) + condition + QLatin1Char(';');
+}
+
+QString WithUtf8Rule(const QString& sheet)
+{
+    QString text = sheet;
+    if (text.startsWith(QLatin1String("@charset"))) {
+        const int end = text.indexOf(QLatin1Char(';'));
+        text.remove(0, end < 0 ? 0 : end + 1);
+    }
+    const bool isAscii =
+        std::all_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x80; });
+    return isAscii ? text : QString(kUtf8Rule + text);
 }
 
 } // namespace helpbuild

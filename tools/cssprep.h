@@ -22,4 +22,10 @@ std::vector<CssReference> ScanStyleSheet(const QString& text);
 /// Text as a string of a style sheet, with its quotes.
 QString CssString(const QString& text);
 
+QString CssUrl(const QString& address);
+QString CssImport(const QString& address, const QString& media);
+
+/// The sheet with a rule that it is UTF-8 in place of one that says otherwise, if it needs one.
+QString WithUtf8Rule(const QString& sheet);
+
 } // namespace helpbuild

@@ -3,6 +3,7 @@
 #include "cssprep.h"
 #include "docsite.h"
 #include "imagestore.h"
+#include "pageedit.h"
 #include "scriptstore.h"
 #include "sheetstore.h"
 #include "textguard.h"
@@ -12,30 +13,12 @@
 namespace helpbuild {
 namespace {
 
-bool IsAscii(const QByteArray& text)
-{
-    return std::all_of(text.begin(), text.end(), [](char character) { return (character & 0x80) == 0; });
-}
-
-bool IsBlank(char character)
-{
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
 QString Quoted(const QString& text)
 {
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
 } // namespace
-
-QByteArray AttributeValue(const QString& value)
-{
-    QString escaped = value;
-    escaped.replace(QLatin1Char('&'), QLatin1String("&amp;"));
-    escaped.replace(QLatin1Char('"'), QLatin1String("&quot;"));
-    return '"' + escaped.toUtf8() + '"';
-}
 
 DatabasePage::DatabasePage(const HtmlDocument& htmlDocument, const PageParts& pageParts, const QString& path,
                            const QString& file, const SharedParts& sharedParts)
@@ -80,13 +63,7 @@ void DatabasePage::WriteFrame()
 {
     for (const TextRange& range : parts.dropped)
         edits.Remove(range);
-    if (!parts.charset.IsEmpty()) {
-        const bool inContent =
-            document.Text().mid(parts.charset.begin, parts.charset.end - parts.charset.begin).contains('=');
-        edits.Replace(parts.charset, inContent ? "\"text/html; charset=utf-8\"" : "\"utf-8\"");
-    } else if (!parts.charsetDeclared && !IsAscii(document.Text())) {
-        edits.Insert(parts.headStart, "<meta charset=\"utf-8\">");
-    }
+    DeclareUtf8(document, parts, edits);
     if (!parts.frames && !parts.bodyTag)
         edits.Insert(parts.bodyStart, "<body>");
     if (parts.frames)
@@ -248,17 +225,7 @@ void DatabasePage::ReplaceAttribute(const PageReference& reference, const QStrin
 
 void DatabasePage::RemoveAttribute(const TextRange& attribute)
 {
-    edits.Remove(WithBlankBefore(attribute));
-}
-
-// The blank goes with the attribute, unless it is all that parts its neighbours.
-TextRange DatabasePage::WithBlankBefore(const TextRange& attribute) const
-{
-    const QByteArray& text = document.Text();
-    const bool apart =
-        attribute.end < text.size() && (IsBlank(text.at(attribute.end)) || text.at(attribute.end) == '>');
-    return {apart && IsBlank(text.at(attribute.begin - 1)) ? attribute.begin - 1 : attribute.begin,
-            attribute.end};
+    helpbuild::RemoveAttribute(document, attribute, edits);
 }
 
 QByteArray DatabasePage::AttributeName(const TextRange& name) const

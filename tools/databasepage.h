@@ -16,9 +16,6 @@ class ImageStore;
 class ScriptStore;
 class SheetStore;
 
-/// Value of an attribute, with its quotes.
-QByteArray AttributeValue(const QString& value);
-
 /// What the pages of a database share.
 struct SharedParts
 {
@@ -64,7 +61,6 @@ private:
     bool IsDropped(int position) const;
     void ReplaceAttribute(const PageReference& reference, const QString& value);
     void RemoveAttribute(const TextRange& attribute);
-    TextRange WithBlankBefore(const TextRange& attribute) const;
     QByteArray AttributeName(const TextRange& name) const;
     void Report(Finding finding, int position, const QString& text);
     int LineAt(int position) const;

@@ -3,6 +3,7 @@
 #include "cssprep.h"
 #include "docsite.h"
 #include "imagestore.h"
+#include "pageedit.h"
 
 #include <QFileInfo>
 

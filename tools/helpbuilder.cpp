@@ -7,6 +7,7 @@
 #include "qhpreader.h"
 #include "scriptstore.h"
 #include "sheetstore.h"
+#include "sitewriter.h"
 
 #include <QDir>
 #include <QFile>
@@ -38,8 +39,8 @@ bool HelpBuilder::Run()
 {
     if (!options.product.isEmpty() && !QFileInfo(options.product).isFile())
         return diagnostics.Fail({options.product, 0}, QStringLiteral("doesn't exist"));
-    return CheckProduct(options.product, diagnostics, product) && ReadInputs() && OpenStores() &&
-           WritePages() && WriteLists() && WriteScripts() && Finish();
+    return CheckProduct(options.product, diagnostics, product) && ReadInputs() && OpenDatabase() &&
+           OpenSite() && WritePages() && WriteLists() && FinishDatabase() && Install();
 }
 
 bool HelpBuilder::ReadInputs()
@@ -82,8 +83,10 @@ QString HelpBuilder::FolderPrefix(const QString& path)
     return prefix;
 }
 
-bool HelpBuilder::OpenStores()
+bool HelpBuilder::OpenDatabase()
 {
+    if (options.output.isEmpty())
+        return true;
     output = std::make_unique<OutputFolder>(options.output, options.language, options.database, diagnostics);
     if (!output->Open())
         return false;
@@ -94,6 +97,17 @@ bool HelpBuilder::OpenStores()
     sheets = std::make_unique<SheetStore>(site, output->StyleFolder(), diagnostics);
     scripts = std::make_unique<ScriptStore>(site, *sheets, *images);
     return true;
+}
+
+bool HelpBuilder::OpenSite()
+{
+    if (options.site.isEmpty())
+        return true;
+    // Pages have the same faults for both.
+    webSite = std::make_unique<SiteWriter>(site, topics,
+                                           SiteFacts{product.product, product.version, options.language},
+                                           options.site, diagnostics, output ? unheard : diagnostics);
+    return webSite->Open();
 }
 
 bool HelpBuilder::WritePages()
@@ -122,17 +136,30 @@ bool HelpBuilder::WritePage(PlannedTopic& topic)
     if (document.HasMarkupErrors())
         diagnostics.Report(Finding::BrokenMarkup, {real, 0}, QStringLiteral("broken markup"));
     const PageParts parts = ScanPage(document);
-    DatabasePage page(document, parts, topic.page, real, {site, *images, *sheets, *scripts, diagnostics});
-    if (!page.Write())
-        return false;
-    if (!images->IsSound() || !sheets->IsSound())
-        return FailWriting();
-
     QString title = parts.title.isEmpty() ? parts.heading : parts.title;
     if (title.isEmpty())
         title = QFileInfo(topic.page).completeBaseName();
     if (topic.title.isEmpty())
         topic.title = title;
+    for (const int id : repeats.value(topic.page)) {
+        PlannedTopic& repeat = topics[static_cast<std::size_t>(id) - 1];
+        if (repeat.title.isEmpty())
+            repeat.title = topic.title;
+    }
+    if (output && !WriteDatabasePage(topic, document, parts, title))
+        return false;
+    return !webSite || webSite->WritePage(topic, repeats.value(topic.page), document, parts, real);
+}
+
+bool HelpBuilder::WriteDatabasePage(const PlannedTopic& topic, const HtmlDocument& document,
+                                    const PageParts& parts, const QString& title)
+{
+    DatabasePage page(document, parts, topic.page, site.RealPath(topic.page),
+                      {site, *images, *sheets, *scripts, diagnostics});
+    if (!page.Write())
+        return false;
+    if (!images->IsSound() || !sheets->IsSound())
+        return FailWriting();
     TopicRow row = RowOf(topic);
     row.title = title;
     row.images = page.ImageKeys();
@@ -147,10 +174,7 @@ bool HelpBuilder::WriteRows(const PlannedTopic& topic, const TopicRow& row)
     if (!AddRow(row))
         return false;
     for (const int id : repeats.value(topic.page)) {
-        PlannedTopic& repeat = topics[static_cast<std::size_t>(id) - 1];
-        if (repeat.title.isEmpty())
-            repeat.title = topic.title;
-        TopicRow further = RowOf(repeat);
+        TopicRow further = RowOf(topics[static_cast<std::size_t>(id) - 1]);
         further.title = row.title;
         further.images = row.images;
         further.html = row.html;
@@ -169,16 +193,25 @@ bool HelpBuilder::WriteLists()
             topic.title = ListTitle(topic);
     }
     for (const PlannedTopic& topic : topics) {
-        if (!topic.page.isEmpty())
-            continue;
+        if (topic.page.isEmpty() && !WriteList(topic))
+            return false;
+    }
+    return true;
+}
+
+bool HelpBuilder::WriteList(const PlannedTopic& topic)
+{
+    if (output) {
         TopicRow row = RowOf(topic);
         row.title = topic.title;
-        row.html = ListHtml(topic);
+        row.html = ListHtml(topic, [](const PlannedTopic& child) { return child.filePath; });
         row.body = PlainText(HtmlDocument(row.html.toUtf8()));
         if (!AddRow(row))
             return false;
     }
-    return true;
+    return !webSite || webSite->WriteMadePage(topic, ListHtml(topic, [&](const PlannedTopic& child) {
+                                                  return webSite->Link(topic, child);
+                                              }));
 }
 
 QString HelpBuilder::ListTitle(const PlannedTopic& topic) const
@@ -188,7 +221,8 @@ QString HelpBuilder::ListTitle(const PlannedTopic& topic) const
     return product.productName.isEmpty() ? QStringLiteral("Help") : product.productName;
 }
 
-QString HelpBuilder::ListHtml(const PlannedTopic& topic) const
+template <typename Link>
+QString HelpBuilder::ListHtml(const PlannedTopic& topic, Link link) const
 {
     const QString title = topic.title.toHtmlEscaped();
     QString html = QLatin1String("<!DOCTYPE html>\n<html lang=\"") + options.language +
@@ -196,7 +230,7 @@ QString HelpBuilder::ListHtml(const PlannedTopic& topic) const
                    QLatin1String("</title>\n</head>\n<body>\n<h1>") + title + QLatin1String("</h1>\n<ul>\n");
     for (const int id : topic.children) {
         const PlannedTopic& child = topics[static_cast<std::size_t>(id) - 1];
-        html += QLatin1String("<li><a href=\"") + child.filePath + QLatin1String("\">") +
+        html += QLatin1String("<li><a href=\"") + link(child) + QLatin1String("\">") +
                 child.title.toHtmlEscaped() + QLatin1String("</a></li>\n");
     }
     html += QLatin1String("</ul>\n</body>\n</html>\n");
@@ -221,19 +255,34 @@ bool HelpBuilder::WriteScripts()
     return true;
 }
 
-bool HelpBuilder::Finish()
+bool HelpBuilder::FinishDatabase()
 {
+    if (!output)
+        return true;
+    if (!WriteScripts())
+        return false;
     if (!database.Finish())
         return FailWriting();
-    if (!WriteResourceFile(options.product, output->WorkFolder(), output->ResourceFile(), diagnostics) ||
-        !output->Install(sheets->Names()))
+    results << QStringLiteral("%1: %2 topics, %3 images, %4 scripts, %5 style files")
+                   .arg(QDir::toNativeSeparators(output->FinalDatabase()))
+                   .arg(topics.size())
+                   .arg(images->Count())
+                   .arg(scripts->Scripts().size())
+                   .arg(sheets->Names().size());
+    return WriteResourceFile(options.product, output->Folder(), output->ResourceFile(), diagnostics);
+}
+
+// Nothing is moved before all is written.
+bool HelpBuilder::Install()
+{
+    if (webSite && !webSite->WriteTables())
         return false;
-    result = QStringLiteral("%1: %2 topics, %3 images, %4 scripts, %5 style files")
-                 .arg(QDir::toNativeSeparators(output->FinalDatabase()))
-                 .arg(topics.size())
-                 .arg(images->Count())
-                 .arg(scripts->Scripts().size())
-                 .arg(sheets->Names().size());
+    if (output && !output->Install(sheets->Names()))
+        return false;
+    if (webSite && !webSite->Install())
+        return false;
+    if (webSite)
+        results << webSite->Result();
     return true;
 }
 
@@ -258,7 +307,7 @@ bool HelpBuilder::FailWriting()
 {
     const QString reason =
         database.Error().isEmpty() ? QString() : QString(QLatin1String(": ") + database.Error());
-    return diagnostics.Fail({output->WorkFolder(), 0}, QLatin1String("can't be written to") + reason);
+    return diagnostics.Fail({output->Folder(), 0}, QLatin1String("can't be written to") + reason);
 }
 
 } // namespace helpbuild

@@ -6,6 +6,7 @@
 #include "diagnostics.h"
 #include "docsite.h"
 #include "imagestore.h"
+#include "pagescan.h"
 #include "resourcefile.h"
 #include "topicplan.h"
 
@@ -19,8 +20,9 @@ namespace helpbuild {
 class OutputFolder;
 class ScriptStore;
 class SheetStore;
+class SiteWriter;
 
-/// One run: from the inputs to the files of one language.
+/// One run: from the inputs to the help database and the web site of one language, or one of them.
 class HelpBuilder
 {
 public:
@@ -33,22 +35,28 @@ public:
     /// False, with the error in the diagnostics, when nothing was built.
     bool Run();
 
-    /// What was built, in one line.
-    QString Result() const { return result; }
+    /// What was built, in a line for each place.
+    QStringList Results() const { return results; }
 
 private:
     bool ReadInputs();
     bool ReadInput(const QString& path);
     QString FolderPrefix(const QString& path);
-    bool OpenStores();
+    bool OpenDatabase();
+    bool OpenSite();
     bool WritePages();
     bool WritePage(PlannedTopic& topic);
+    bool WriteDatabasePage(const PlannedTopic& topic, const HtmlDocument& document, const PageParts& parts,
+                           const QString& title);
     bool WriteRows(const PlannedTopic& topic, const TopicRow& row);
     bool WriteLists();
     bool WriteScripts();
-    bool Finish();
+    bool FinishDatabase();
+    bool Install();
     QString ListTitle(const PlannedTopic& topic) const;
-    QString ListHtml(const PlannedTopic& topic) const;
+    bool WriteList(const PlannedTopic& topic);
+    template <typename Link>
+    QString ListHtml(const PlannedTopic& topic, Link link) const;
     TopicRow RowOf(const PlannedTopic& topic) const;
     bool AddRow(const TopicRow& row);
     bool FailWriting();
@@ -67,7 +75,9 @@ private:
     std::unique_ptr<ImageStore> images;
     std::unique_ptr<SheetStore> sheets;
     std::unique_ptr<ScriptStore> scripts;
-    QString result;
+    Diagnostics unheard; ///< Takes what has been reported once.
+    std::unique_ptr<SiteWriter> webSite;
+    QStringList results;
 };
 
 } // namespace helpbuild

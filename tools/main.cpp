@@ -53,7 +53,9 @@ int Build(const BuildOptions& options)
     const QStringList summary = diagnostics.Summary();
     for (const QString& line : summary)
         Print(stderr, line);
-    Print(stdout, builder.Result());
+    const QStringList results = builder.Results();
+    for (const QString& line : results)
+        Print(stdout, line);
     return 0;
 }
 

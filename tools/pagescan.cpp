@@ -249,6 +249,8 @@ private:
         script.element = document.RangeOf(element);
         script.reference = AttributeText(element, "src").trimmed();
         script.text = TextOf(element);
+        if (const GumboAttribute* source = gumbo_get_attribute(&element.attributes, "src"))
+            script.attribute = AttributeRange(*source);
         script.runs = runnable.contains(type.section(QLatin1Char(';'), 0, 0).trimmed()) &&
                       element.tag_namespace == GUMBO_NAMESPACE_HTML && !InTemplate(node);
         script.data = type == QLatin1String("application/ld+json");

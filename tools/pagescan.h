@@ -44,7 +44,8 @@ struct PageSheet
 struct PageScript
 {
     TextRange element;
-    QString reference; ///< Empty for a script that stands in the page.
+    TextRange attribute; ///< Of a script file, the one that names it.
+    QString reference;   ///< Empty for a script that stands in the page.
     QString text;
     bool runs = true; ///< A script that the viewer can carry, and no data block or module.
     bool deferred = false;

@@ -166,7 +166,9 @@ bool CheckProduct(const QString& iniFile, Diagnostics& diagnostics, ProductInfo&
                        QSettings::IniFormat);
     settings.setIniCodec("UTF-8");
     info.productName = settings.value(QStringLiteral("YxHelp/ProductName")).toString();
-    if (settings.value(QStringLiteral("YxHelp/Product")).toString().isEmpty())
+    info.product = settings.value(QStringLiteral("YxHelp/Product")).toString();
+    info.version = settings.value(QStringLiteral("YxHelp/VersionYear")).toString();
+    if (info.product.isEmpty())
         return diagnostics.Fail({iniFile, 0}, QStringLiteral("\"Product\" in [YxHelp] is missing"));
     const int group = settings.value(QStringLiteral("Display/Group")).toInt();
     if (group < 1 || group > 3)

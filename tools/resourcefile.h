@@ -9,7 +9,9 @@ namespace helpbuild {
 /// What the product description says that the build needs to know.
 struct ProductInfo
 {
+    QString product;
     QString productName;
+    QString version;
 };
 
 /// Checks a product description: values that the viewer would read otherwise than they stand are refused.

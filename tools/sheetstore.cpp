@@ -10,29 +10,6 @@
 #include <QFileInfo>
 
 namespace helpbuild {
-namespace {
-
-// Files follow their sheet, which is UTF-8 whatever it was before.
-const QLatin1String kCharsetRule("@charset \"utf-8\";");
-
-bool IsAscii(const QString& text)
-{
-    for (const QChar character : text) {
-        if (character.unicode() >= 0x80)
-            return false;
-    }
-    return true;
-}
-
-QString WithoutCharsetRule(const QString& text)
-{
-    if (!text.startsWith(QLatin1String("@charset")))
-        return text;
-    const int end = text.indexOf(QLatin1Char(';'));
-    return end < 0 ? text : text.mid(end + 1);
-}
-
-} // namespace
 
 SheetStore::SheetStore(const DocSite& docSite, const QString& targetFolder, Diagnostics& messages)
     : site(docSite), folder(targetFolder), diagnostics(messages)
@@ -65,9 +42,8 @@ QString SheetStore::AddText(const QString& text, const QUrl& base, const SourceP
     return Write(QStringLiteral("page"), Rewrite(text, base, place).toUtf8(), QStringLiteral("css"));
 }
 
-QString SheetStore::Rewrite(const QString& text, const QUrl& base, const SourcePlace& place)
+QString SheetStore::Rewrite(const QString& sheet, const QUrl& base, const SourcePlace& place)
 {
-    const QString sheet = WithoutCharsetRule(text);
     QString result;
     int position = 0;
     for (const CssReference& reference : ScanStyleSheet(sheet)) {
@@ -80,7 +56,7 @@ QString SheetStore::Rewrite(const QString& text, const QUrl& base, const SourceP
         position = reference.end;
     }
     result += sheet.midRef(position);
-    return IsAscii(result) ? result : QString(kCharsetRule + result);
+    return WithUtf8Rule(result);
 }
 
 std::optional<QString> SheetStore::Replacement(const CssReference& reference, const QUrl& base,
@@ -98,7 +74,7 @@ std::optional<QString> SheetStore::Replacement(const CssReference& reference, co
     }
     const QString fragment =
         target.fragment.isEmpty() ? QString() : QString(QLatin1Char('#') + target.fragment);
-    return QLatin1String("url(") + CssString(name + fragment) + QLatin1Char(')');
+    return CssUrl(name + fragment);
 }
 
 std::optional<QString> SheetStore::ImportRule(const CssReference& reference, const QUrl& base,
@@ -117,8 +93,7 @@ std::optional<QString> SheetStore::ImportRule(const CssReference& reference, con
                            QLatin1Char('"') + reference.value + QLatin1String("\" can't be imported"));
         return QString();
     }
-    const QString media = reference.media.isEmpty() ? QString() : QString(QLatin1Char(' ') + reference.media);
-    return QLatin1String("@import ") + CssString(name) + media + QLatin1Char(';');
+    return CssImport(name, reference.media);
 }
 
 QString SheetStore::AddFile(const QString& path)

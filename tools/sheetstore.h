@@ -35,7 +35,7 @@ public:
     const QSet<QString>& Names() const { return written; }
 
 private:
-    QString Rewrite(const QString& text, const QUrl& base, const SourcePlace& place);
+    QString Rewrite(const QString& sheet, const QUrl& base, const SourcePlace& place);
 
     // What stands for the reference in the written sheet; nothing when it stays as it is.
     std::optional<QString> Replacement(const CssReference& reference, const QUrl& base,

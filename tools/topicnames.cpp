@@ -59,14 +59,6 @@ bool FitsPattern(const QString& pattern, const QString& text)
     return true;
 }
 
-QString Numbered(const QString& path, int number)
-{
-    const int slash = path.lastIndexOf(QLatin1Char('/'));
-    const int dot = path.lastIndexOf(QLatin1Char('.'));
-    const int end = dot > slash + 1 ? dot : path.size();
-    return path.left(end) + QLatin1Char('-') + QString::number(number) + path.mid(end);
-}
-
 } // namespace
 
 QString AsciiText(const QString& text)
@@ -94,6 +86,14 @@ QString SafeFileName(const QString& name)
     if (safe.isEmpty() || safe.startsWith(QLatin1Char('.')))
         safe.prepend(QLatin1Char('x'));
     return safe;
+}
+
+QString Numbered(const QString& path, int number)
+{
+    const int slash = path.lastIndexOf(QLatin1Char('/'));
+    const int dot = path.lastIndexOf(QLatin1Char('.'));
+    const int end = dot > slash + 1 ? dot : path.size();
+    return path.left(end) + QLatin1Char('-') + QString::number(number) + path.mid(end);
 }
 
 QString TopicPaths::Take(const QString& wanted)

@@ -15,6 +15,9 @@ QString AsciiText(const QString& text);
 /// A file name of letters, digits, ".", "_" and "-" alone.
 QString SafeFileName(const QString& name);
 
+/// The path with a number behind the name of its file.
+QString Numbered(const QString& path, int number);
+
 /// Hands out the paths of topics. The viewer finds a link's topic by comparing parts of paths, and a topic
 /// of the web site with "_" as a wildcard, and takes the first row that fits: each path handed out here is
 /// found by itself, provided that the rows stand in the order of the calls.
