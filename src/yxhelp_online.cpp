@@ -8,7 +8,10 @@
 #include "yxsettingwid.h"
 #include "yxviewmodel.h"
 
+#include <QLoggingCategory>
 #include <QWebEngineHistory>
+
+Q_DECLARE_LOGGING_CATEGORY(lcPage)
 
 namespace {
 
@@ -143,6 +146,8 @@ void YxHelp::SyncTreeToOnlinePage()
 
 void YxHelp::SlotOnlineLoadFinished(bool ok)
 {
+    if (ui->stackedWidget->currentWidget() == ui->page_online)
+        qCDebug(lcPage) << (ok ? "online page loaded" : "online page failed");
     // The saved preference counts here, not the page on screen.
     if (productConfig.Group != 3 || ok || !settingWid->IsOnlineMode())
         return;

@@ -2,6 +2,7 @@
 #include "product.h"
 #include "redirectwebenginepage.h"
 #include "windowdriver.h"
+#include "yxconfig.h"
 #include "yxviewmodel.h"
 
 #include <QDesktopServices>
@@ -10,6 +11,8 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTextDocument>
+#include <QTreeWidget>
+#include <QWebEngineView>
 #include <QtTest>
 
 #include <memory>
@@ -47,9 +50,12 @@ QStringList LinksOf(QString html)
 }
 
 /// Builds the help projects below `root`, or the folder itself when there is no pattern for projects.
-bool BuildManual(const QString& root, const QString& projects, const QString& output)
+/// `output` gets the database, and a web site too with `site`.
+bool BuildManual(const QString& root, const QString& projects, const QString& output, bool site = false)
 {
     QStringList arguments{QStringLiteral("-o"), output, QStringLiteral("-l"), QStringLiteral("en-US")};
+    if (site)
+        arguments << QStringLiteral("--site") << output;
     if (projects.isEmpty())
         arguments << QStringLiteral("-i") << root;
     else
@@ -59,6 +65,13 @@ bool BuildManual(const QString& root, const QString& projects, const QString& ou
     QProcess builder;
     builder.start(QStringLiteral(YXHELP_BUILD_PROGRAM), arguments);
     return builder.waitForFinished(120000) && builder.exitCode() == 0;
+}
+
+/// Folder of Qt's help projects; empty when they aren't installed.
+QString QtManual()
+{
+    const QString folder = QLibraryInfo::location(QLibraryInfo::DocumentationPath);
+    return QFile::exists(folder + QLatin1String("/qtcore/qtcore.qhp")) ? folder : QString();
 }
 
 } // namespace
@@ -72,6 +85,7 @@ private slots:
     void initTestCase();
     void linksLeadToTheirPages_data();
     void linksLeadToTheirPages();
+    void topicsGoOnlineAndBack();
 
 public slots:
     void Browse(const QUrl& url) { browsed = url.toString(); }
@@ -108,9 +122,7 @@ void TestRealManual::linksLeadToTheirPages_data()
                                       QLatin1String("doc/kicad/help/") + QLatin1String(language),
                                       QStandardPaths::LocateDirectory);
     };
-    const QString qt = QLibraryInfo::location(QLibraryInfo::DocumentationPath);
-    const bool hasQt = QFile::exists(qt + QLatin1String("/qtcore/qtcore.qhp"));
-    QTest::newRow("Qt") << (hasQt ? qt : QString()) << QStringLiteral("*.qhp") << 50;
+    QTest::newRow("Qt") << QtManual() << QStringLiteral("*.qhp") << 50;
     QTest::newRow("KiCad") << manual("en") << QString() << 20;
     QTest::newRow("KiCad in Chinese") << manual("zh") << QString() << 20;
 }
@@ -225,6 +237,58 @@ QString TestRealManual::CheckArrival(int from, const QString& link)
            : to < 0     ? QStringLiteral("nowhere")
            : to == from ? QStringLiteral("same topic")
                         : QStringLiteral("another topic");
+}
+
+void TestRealManual::topicsGoOnlineAndBack()
+{
+    root = QtManual();
+    if (root.isEmpty())
+        QSKIP("this manual isn't installed");
+    const QTemporaryDir dir;
+    QVERIFY(BuildManual(root, QStringLiteral("*.qhp"), dir.path(), true));
+    QProcess service;
+    service.start(QStringLiteral(YXHELP_SERVICE_PROGRAM), {QStringLiteral("--site"), dir.path()});
+    QVERIFY(service.waitForReadyRead());
+    const QByteArray url = service.readLine().trimmed();
+    QVERIFY(
+        UseProduct(ProductIni(3).replace("[Display]", "HelpmanagerAbroadUrl=" + url + "address\n[Display]")));
+    HelpLaunchArgs args;
+    args.language = QStringLiteral("en-US");
+    args.mdbFile = QStringLiteral("YXCADHelp.db");
+    args.rccPath = dir.path();
+    YxConfig::Instance()->WriteOpenMode({0, false, false});
+    driver = std::make_unique<WindowDriver>(args);
+    driver->Show();
+    const QList<TreeViewModel>& rows = driver->Find<YxViewModel>("")->HelpFileList();
+    auto* online = driver->Find<QWebEngineView>("webView_online");
+    random.seed(1 + quint32(qEnvironmentVariableIntValue("YXHELP_SEED")));
+    for (int round = 0; round < 50; ++round) {
+        const int from = random.bounded(rows.size());
+        const int to = random.bounded(rows.size());
+        HelpLaunchArgs topic;
+        topic.topic = rows.at(from).KeyName;
+        driver->Window().ShowRedirectedTopic(MakeSMData(-1, topic));
+        // Online the reader goes on to another topic in half of the rounds.
+        const int last = round % 2 == 0 ? from : to;
+        driver->Click("tbn_online");
+        const auto shows = [&](int row) {
+            return online->url().path().endsWith(
+                QLatin1Char('/') +
+                QString(rows.at(row).FilePath).replace(QLatin1Char('\\'), QLatin1Char('/')));
+        };
+        QTRY_VERIFY(shows(from));
+        topic.topic = rows.at(last).KeyName;
+        if (last != from)
+            driver->Window().ShowRedirectedTopic(MakeSMData(-1, topic));
+        QTRY_VERIFY(shows(last));
+        driver->Click("tbn_online");
+        QCOMPARE(driver->Find<YxViewModel>("")->History()->last().row, last);
+        if (rows.at(last).Item)
+            QCOMPARE(driver->Find<QTreeWidget>("treeWidget")->currentItem(), rows.at(last).Item);
+    }
+    driver.reset();
+    service.terminate();
+    QVERIFY(service.waitForFinished());
 }
 
 QTEST_MAIN(TestRealManual)
