@@ -187,6 +187,7 @@ private slots:
     void withoutAnAddressTheSiteItselfIsShown();
     void deadNetworkDelaysTheWindowByItsLimit();
     void replacedLoadIsNoFailure();
+    void failureWhileTheSettingsAreOpen();
 };
 
 void TestOnline::initTestCase()
@@ -394,6 +395,24 @@ void TestOnline::replacedLoadIsNoFailure()
     QTRY_COMPARE(site.View()->url().fileName(), "two.html"_s);
     QCOMPARE(site.driver->Find<QStackedWidget>("stackedWidget")->currentWidget()->objectName(),
              "page_online"_s);
+}
+
+void TestOnline::failureWhileTheSettingsAreOpen()
+{
+    Site site;
+    YxConfig::Instance()->WriteOpenMode({1, false, true});
+    site.Open();
+    QTRY_COMPARE(site.View()->url().fileName(), "home.html"_s);
+    const Prompts prompts("yes"_s);
+    bool stacked = false;
+    WithNext<YxSettingWid>([&](YxSettingWid& dialog) {
+        site.View()->load(QUrl(site.server.Url("/nothing"_s)));
+        stacked =
+            QTest::qWaitFor([&] { return prompts.seen == QStringList("question"_s); }) && dialog.isVisible();
+    });
+    site.driver->Click("tbn_setting");
+    QVERIFY(stacked);
+    QTRY_COMPARE(site.driver->PageText(), "Home"_s);
 }
 
 QTEST_MAIN(TestOnline)
