@@ -6,6 +6,8 @@
 
 #include <QRandomGenerator>
 #include <QRegExp>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 
 #include <atomic>
 
@@ -189,6 +191,16 @@ void TestSqlToolJobs::searchFindsWords()
 void TestSqlToolJobs::damagedDatabaseEndsTheJob()
 {
     HelpDatabase database(Topics(30));
+    {
+        QSqlDatabase writer = QSqlDatabase::addDatabase("QSQLITE"_s, "writer"_s);
+        writer.setDatabaseName(database.Path());
+        QVERIFY(writer.open());
+        writer.exec("BEGIN EXCLUSIVE"_s);
+        Job locked(database);
+        QVERIFY(locked.tool.SearchTextInAllFiles(locked.rows, "bolt"_s, locked.keepRunning));
+        QCOMPARE(locked.told, "0@0! "_s);
+    }
+    QSqlDatabase::removeDatabase("writer"_s);
     database.Execute("DROP TABLE HelpFileList"_s);
     Job search(database);
     QVERIFY(search.tool.SearchTextInAllFiles(search.rows, "bolt"_s, search.keepRunning));
