@@ -9,6 +9,24 @@
 #include <algorithm>
 #include <cstdio>
 
+namespace {
+
+/// A figure of this process, in KiB.
+long Status(const char* name)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly)) {
+        const QByteArray mark(name);
+        for (const QByteArray& line : status.readAll().split('\n')) {
+            if (line.startsWith(mark))
+                return line.mid(mark.size()).simplified().split(' ').first().toLong();
+        }
+    }
+    qFatal("this system doesn't tell the memory of a process");
+}
+
+} // namespace
+
 namespace bench {
 
 double Stopwatch::Elapsed() const
@@ -37,15 +55,12 @@ double TimeOf(const std::function<void()>& work)
 
 long PeakMemory()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (status.open(QIODevice::ReadOnly)) {
-        const QByteArray mark("VmHWM:");
-        for (const QByteArray& line : status.readAll().split('\n')) {
-            if (line.startsWith(mark))
-                return line.mid(mark.size()).simplified().split(' ').first().toLong();
-        }
-    }
-    qFatal("this system doesn't tell the peak memory of a process");
+    return Status("VmHWM:");
+}
+
+long ResidentMemory()
+{
+    return Status("VmRSS:");
 }
 
 void Say(const QString& line)

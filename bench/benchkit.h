@@ -29,6 +29,8 @@ double TimeOf(const std::function<void()>& work);
 
 /// The most memory that this process has had so far, in KiB.
 long PeakMemory();
+/// What it has now, in KiB.
+long ResidentMemory();
 
 /// One line of the report.
 void Say(const QString& line);

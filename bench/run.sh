@@ -8,6 +8,15 @@ programs=$build/bench
 qtmanual=$build/qtmanual
 language=en-US
 
+# The same manual as files of the help library, with commas between them.
+compressed=
+if command -v qmake >/dev/null; then
+    for project in "$(qmake -query QT_INSTALL_DOCS)"/*/*.qhp; do
+        file=$(qmake -query QT_INSTALL_DOCS)/$(basename "$project" .qhp).qch
+        [ ! -e "$file" ] || compressed="${compressed:+$compressed,}$file"
+    done
+fi
+
 measure() {
     export QT_LOGGING_RULES='yxhelp.*.debug=false'
     painted() { # name, folder, topic key
@@ -24,6 +33,24 @@ measure() {
     echo
     echo '3. Making the finished page'
     "$programs/pages" 'Qt manual' "$qtmanual" "$language"
+    echo
+    echo '4. Searching and stopping, without a window'
+    "$programs/search" 'Qt manual' "$qtmanual" "$language" widget the signal widget.
+    "$programs/search"
+    echo
+    echo '5. Searching in the viewer and in the help library of Qt'
+    if [ -x "$programs/helplibrary" ] && [ -n "$compressed" ]; then
+        "$programs/helplibrary" 'Qt manual' "$qtmanual" "$language" "$compressed" widget the signal
+    else
+        echo 'Not measured: the library or its files are missing'
+    fi
+    echo
+    echo '6. Memory of keyword index and hits'
+    "$programs/memory" 'Qt manual' "$qtmanual" "$language" the
+    "$programs/memory"
+    echo
+    echo '7. Search and keyword index in the window'
+    "$programs/searchwindow" "$build/bin" "$language" 'Qt manual' "$qtmanual" widget the signal
 }
 
 if [ "${1:-}" = --measure ]; then

@@ -8,7 +8,7 @@ build='g++ cmake ninja-build pkg-config qtbase5-dev qtbase5-dev-tools qtwebengin
     nlohmann-json3-dev fonts-dejavu-core fonts-noto-cjk
     xvfb openbox xdotool imagemagick x11-utils'
 test='g++-mingw-w64-x86-64 clang-format sqlite3 nginx-light'
-content='qtbase5-doc-html kicad-doc-en kicad-doc-zh'
+content='qtbase5-doc-html qtbase5-doc kicad-doc-en kicad-doc-zh'
 fuzz='clang libclang-rt-dev'
 
 wanted=

@@ -9,15 +9,16 @@
 namespace {
 
 /// One walk for both: a name that begins with the text ends it, the first that holds the text is kept.
-template <typename Begins, typename Holds>
-int FindRow(const QList<TreeViewModel>& rows, Begins begins, Holds holds)
+/// `place` tells where a name's first characters hold the text; all of them, or no more than the text has.
+template <typename Place>
+int FindName(const QVector<QString>& names, Place place)
 {
     int inner = -1;
-    for (int row = 0; row < rows.size(); ++row) {
-        const QString& name = rows.at(row).FileName;
-        if (begins(name))
+    for (int row = 0; row < names.size(); ++row) {
+        const qsizetype at = place(names.at(row), inner < 0);
+        if (at == 0)
             return row;
-        if (inner < 0 && holds(name))
+        if (at > 0)
             inner = row;
     }
     return inner;
@@ -25,22 +26,19 @@ int FindRow(const QList<TreeViewModel>& rows, Begins begins, Holds holds)
 
 } // namespace
 
-int FindKeyword(const QList<TreeViewModel>& rows, const QString& text)
+int FindKeyword(const QVector<QString>& names, const QString& text)
 {
     if (text.isEmpty())
         return -1;
     if (CaselessText::Replaces(text)) {
         const CaselessText plain(text);
-        return FindRow(
-            rows,
-            [&](const QString& name) {
-                return plain.Find(name, 0, std::min<qsizetype>(plain.Size(), name.size())) == 0;
-            },
-            [&](const QString& name) { return plain.Find(name, 0, name.size()) >= 0; });
+        return FindName(names, [&](const QString& name, bool whole) {
+            return plain.Find(name, 0, whole ? name.size() : std::min<qsizetype>(plain.Size(), name.size()));
+        });
     }
     const QRegExp atStart(QLatin1Char('^') + text + QLatin1String(".*"), Qt::CaseInsensitive);
     const QRegExp anywhere(QLatin1String("^.*") + text + QLatin1String(".*"), Qt::CaseInsensitive);
-    return FindRow(
-        rows, [&](const QString& name) { return atStart.indexIn(name) >= 0; },
-        [&](const QString& name) { return anywhere.indexIn(name) >= 0; });
+    return FindName(names, [&](const QString& name, bool whole) {
+        return atStart.indexIn(name) >= 0 ? 0 : whole && anywhere.indexIn(name) >= 0 ? 1 : -1;
+    });
 }

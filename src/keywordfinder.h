@@ -1,11 +1,9 @@
 #pragma once
 
-#include "treeviewmodel.h"
-
-#include <QList>
 #include <QString>
+#include <QVector>
 
-/// Row that typing `text` leads to: the first whose name begins with it, otherwise the first that holds it,
-/// in whatever case; -1 when there is none. The text may be a regular expression; an invalid one finds
-/// nothing.
-int FindKeyword(const QList<TreeViewModel>& rows, const QString& text);
+/// Place of the name that typing `text` leads to: the first that begins with it, otherwise the first that
+/// holds it, in whatever case; -1 when there is none. The text may be a regular expression; an invalid one
+/// finds nothing.
+int FindKeyword(const QVector<QString>& names, const QString& text);

@@ -1,7 +1,5 @@
 #include "rowdelivery.h"
 
-#include <QTimer>
-
 #include <algorithm>
 #include <utility>
 
@@ -11,12 +9,14 @@ namespace {
 // small, and the limit keeps one portion short.
 constexpr int kSmallest = 50;
 constexpr int kLargest = 4000;
-constexpr int kShareOfList = 8;
+constexpr int kShareOfList = 12;
 
 } // namespace
 
 RowDelivery::RowDelivery(Receiver receiver, QObject* parent) : QObject(parent), receive(std::move(receiver))
 {
+    next.setSingleShot(true);
+    connect(&next, &QTimer::timeout, this, &RowDelivery::Deliver);
 }
 
 void RowDelivery::Put(const QList<TreeViewModel>& rows, bool isEnd)
@@ -26,7 +26,7 @@ void RowDelivery::Put(const QList<TreeViewModel>& rows, bool isEnd)
     endWaits = endWaits || isEnd;
     if (std::exchange(scheduled, true))
         return;
-    QMetaObject::invokeMethod(this, &RowDelivery::Deliver, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&next, qOverload<>(&QTimer::start), Qt::QueuedConnection);
 }
 
 void RowDelivery::Drop()
@@ -51,8 +51,7 @@ void RowDelivery::Deliver()
         } else {
             rows = waiting.mid(0, portion);
             waiting.erase(waiting.begin(), waiting.begin() + portion);
-            // A timer, since posted events would all be served before the window can paint or hear a key.
-            QTimer::singleShot(0, this, &RowDelivery::Deliver);
+            next.start();
         }
         delivered += rows.size();
     }

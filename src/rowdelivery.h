@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 #include <mutex>
@@ -29,6 +30,7 @@ private:
     void Deliver();
 
     Receiver receive;
+    QTimer next;       ///< Delivers. A posted event would come before every key and every painting.
     int delivered = 0; ///< Since the last Drop.
     std::mutex mutex;  ///< Guards what follows.
     QList<TreeViewModel> waiting;

@@ -194,4 +194,5 @@ private:
     QFuture<void> indexFuture;
     RowDelivery* searchDelivery = nullptr;
     RowDelivery* indexDelivery = nullptr;
+    QVector<QString> indexNames; ///< Of the index's rows, side by side: a key walks through all of them.
 };

@@ -56,12 +56,14 @@ void YxHelp::StartIndex()
 void YxHelp::SlotIndexPage(QList<TreeViewModel>& list, int index)
 {
     indexDelivery->Put(list.mid(index), false);
+    PumpEvents();
 }
 
 void YxHelp::ShowIndexRows(const QList<TreeViewModel>& rows)
 {
     AppendRows(ui->treeWidget_index, *viewModel->IndexList(), rows);
-    PumpEvents();
+    for (const TreeViewModel& row : rows)
+        indexNames.append(row.FileName);
 }
 
 void YxHelp::AppendRows(QTreeWidget* tree, QList<TreeViewModel>& list, const QList<TreeViewModel>& rows)
@@ -86,8 +88,7 @@ void YxHelp::SlotIndexTextChanged(const QString& text)
         ui->treeWidget_index->setCurrentItem(nullptr);
         return;
     }
-    const QList<TreeViewModel>& rows = *viewModel->IndexList();
-    const int row = FindKeyword(rows, text);
+    const int row = FindKeyword(indexNames, text);
     if (row >= 0)
-        ui->treeWidget_index->setCurrentItem(rows.at(row).Item);
+        ui->treeWidget_index->setCurrentItem(viewModel->IndexList()->at(row).Item);
 }

@@ -41,6 +41,7 @@ void YxHelp::ClearResultList()
 void YxHelp::SlotSearchResult(QList<TreeViewModel>& list, int index, bool isEnd)
 {
     searchDelivery->Put(list.mid(index), isEnd);
+    PumpEvents();
 }
 
 void YxHelp::ShowSearchRows(const QList<TreeViewModel>& rows, bool isEnd)
@@ -49,7 +50,6 @@ void YxHelp::ShowSearchRows(const QList<TreeViewModel>& rows, bool isEnd)
     UpdateResultCount();
     if (isEnd && productConfig.Filter)
         emit CreateSearchResultFinish(filterPanel ? filterPanel->GetExcludedCategories() : QVector<int>());
-    PumpEvents();
 }
 
 void YxHelp::UpdateResultCount()

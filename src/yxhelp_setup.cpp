@@ -142,8 +142,11 @@ void YxHelp::InitTrees()
         tree->setFocusPolicy(Qt::NoFocus);
         tree->setUniformRowHeights(true);
     }
-    ui->treeWidget_result->setFocusPolicy(Qt::NoFocus);
-    ui->treeWidget_index->setFocusPolicy(Qt::NoFocus);
+    for (QTreeWidget* tree : {ui->treeWidget_result, ui->treeWidget_index}) {
+        tree->setFocusPolicy(Qt::NoFocus);
+        // Otherwise a selection far down measures all rows above it.
+        tree->setUniformRowHeights(true);
+    }
 }
 
 void YxHelp::InitWebViews()
