@@ -4,10 +4,10 @@
 set -eu
 
 build='g++ cmake ninja-build pkg-config qtbase5-dev qtbase5-dev-tools qtwebengine5-dev qttools5-dev
-    qttools5-dev-tools qttranslations5-l10n libqt5sql5-sqlite libgumbo-dev libcpp-httplib-dev libcurl4-openssl-dev
+    qttools5-dev-tools qttranslations5-l10n libqt5sql5-sqlite libxcb1-dev libgumbo-dev libcpp-httplib-dev libcurl4-openssl-dev
     nlohmann-json3-dev fonts-dejavu-core fonts-noto-cjk
     xvfb openbox xdotool imagemagick x11-utils'
-test='g++-mingw-w64-x86-64 clang-format sqlite3 nginx-light'
+test='g++-mingw-w64-x86-64 clang-format sqlite3 nginx-light x11-utils util-linux'
 content='qtbase5-doc-html qtbase5-doc kicad-doc-en kicad-doc-zh'
 fuzz='clang libclang-rt-dev'
 

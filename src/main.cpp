@@ -1,5 +1,6 @@
 #include "builtinresources.h"
 #include "dpiscale.h"
+#include "instances.h"
 #include "launchargs.h"
 #include "qcommon.h"
 #include "yxhelp.h"
@@ -71,11 +72,14 @@ int ShowWindowAndRun(const HelpLaunchArgs& args, const QString& tag)
 
 int main(int argc, char** argv)
 {
-    InitBuiltInResources();
     QString localeName = ReadCurrentLang();
     QString tag = LocaleNameToTag(localeName);
     HelpLaunchArgs args = ParseLaunchArgs(argc, argv);
+    // Before anything that a launch which hands over doesn't need.
+    if (DiscoverInstances(tag) && ForwardToRunningInstance(args, tag))
+        return 0;
 
+    InitBuiltInResources();
     QCoreApplication::setAttribute(Qt::AA_UseOpenGLES, true);
     ApplicationArguments arguments(argc, argv);
     QApplication application(arguments.count, arguments.block.data());

@@ -36,10 +36,12 @@ YxHelp::YxHelp() : ui(new Ui::YxHelpApp())
     InitWidget();
     UpdateDpiStyle(true);
     InitConnect();
+    ipcThread.start(QThread::InheritPriority);
 }
 
 YxHelp::~YxHelp()
 {
+    ipcThread.Stop(this);
     EndJobs();
 }
 
@@ -118,6 +120,10 @@ void YxHelp::InitConnect()
     connect(hub, &YxGlobalSignal::dpiChange, this, [this] { UpdateDpiStyle(false); });
     connect(hub, &YxGlobalSignal::SearchResultChange, this, &YxHelp::SlotSearchResult, Qt::DirectConnection);
     connect(hub, &YxGlobalSignal::UpdataIndexPage, this, &YxHelp::SlotIndexPage, Qt::DirectConnection);
+    connect(hub, &YxGlobalSignal::RedirectTopicSig, this, &YxHelp::SlotRedirectTopic,
+            Qt::BlockingQueuedConnection);
+    connect(hub, &YxGlobalSignal::SetExeOnTheTop, this, &YxHelp::SetWindowOnTop,
+            Qt::BlockingQueuedConnection);
     connect(ui->treeWidget, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowHtmContent);
     connect(ui->treeWidget_index, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowIndexContent);
     connect(ui->treeWidget_favorites, &QTreeWidget::itemClicked, this, &YxHelp::SlotShowFavoriteContent);

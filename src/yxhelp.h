@@ -2,6 +2,7 @@
 
 #include "configinfo.h"
 #include "drawwidgettool.h"
+#include "ipcthread.h"
 #include "launchargs.h"
 #include "movewidgettool.h"
 #include "qcommon.h"
@@ -168,6 +169,7 @@ private:
     void SlotOnlineUrlChanged();
 
     // yxhelp_redirect.cpp
+    void SlotRedirectTopic(SMData request);
     void ShowRedirectedOffline(const QString& topic);
     void ShowRedirectedOnline(const SMData& request);
 
@@ -194,5 +196,6 @@ private:
     QFuture<void> indexFuture;
     RowDelivery* searchDelivery = nullptr;
     RowDelivery* indexDelivery = nullptr;
+    IPCThread ipcThread;
     QVector<QString> indexNames; ///< Of the index's rows, side by side: a key walks through all of them.
 };

@@ -5,6 +5,10 @@
 #include "ui_yxhelpapp.h"
 #include "yxviewmodel.h"
 
+#include <QLoggingCategory>
+
+Q_DECLARE_LOGGING_CATEGORY(lcPage)
+
 /// What tells the five ways to open a topic from a list apart.
 struct YxHelp::TopicLoader
 {
@@ -75,6 +79,7 @@ void YxHelp::LoadTopic(const TopicLoader& loader, int row, int column)
     const QString html = viewModel->BuildPageHtml(record);
     if (html.isEmpty())
         return;
+    qCDebug(lcPage).noquote() << "topic" << record.KeyName;
     ShowPage(html);
     viewModel->PushHistory({record, row, loader.fromTree});
     (viewModel->*loader.setShownRow)(row);

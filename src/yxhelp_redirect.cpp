@@ -5,6 +5,12 @@
 #include "widgetproperty.h"
 #include "yxviewmodel.h"
 
+void YxHelp::SlotRedirectTopic(SMData request)
+{
+    SetWindowOnTop();
+    ShowRedirectedTopic(request);
+}
+
 void YxHelp::ShowRedirectedTopic(const SMData& request)
 {
     const bool online = productConfig.Group == 2 ||
