@@ -114,6 +114,8 @@ HelpmanagerAbroadUrl=${site}address|" samples/product/en-US/YxHelp.ini >"$progra
 fi
 
 set -- /Language "$language"
+# A viewer that is open on other content has another title, so this launch isn't handed over to it.
+[ "$program" = build/release/bin ] || set -- "$@" /helpTitle "run-$(basename "$program")"
 [ -z "$topic" ] || set -- "$@" /Topic "$topic"
 # Not in place of this script, which ends the service.
 scripts/show.sh "$program/YxHelp" "$@"

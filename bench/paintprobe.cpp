@@ -84,7 +84,10 @@ int main(int argc, char** argv)
     const MarkedDeployment deployment(arguments.at(1), arguments.at(5), language, topic);
 
     Contender viewer;
-    viewer.command = QStringList{deployment.Program(), QStringLiteral("/Language"), language};
+    // A title that no other viewer of this machine has.
+    viewer.command =
+        QStringList{deployment.Program(), QStringLiteral("/Language"), language, QStringLiteral("/helpTitle"),
+                    QStringLiteral("bench%1").arg(QCoreApplication::applicationPid())};
     if (!topic.isEmpty())
         viewer.command << QStringLiteral("/Topic") << topic;
     const QRect area = FirstRun(viewer);

@@ -51,6 +51,12 @@ measure() {
     echo
     echo '7. Search and keyword index in the window'
     "$programs/searchwindow" "$build/bin" "$language" 'Qt manual' "$qtmanual" widget the signal
+    echo
+    echo '8. A launch that hands over to the running viewer'
+    "$programs/handover" "$build/bin/YxHelp" "$programs/emptylaunch" 40 'Manual of the viewer' "$build/bin" \
+        "$language" 20-moving index
+    "$programs/handover" "$build/bin/YxHelp" "$programs/emptylaunch" 40 'Qt manual' "$qtmanual" \
+        "$language" QWidget QLabel
 }
 
 if [ "${1:-}" = --measure ]; then

@@ -131,6 +131,17 @@ QRect ScreenProcess::WaitForArea(QRgb colour) const
     return {};
 }
 
+bool ScreenProcess::WaitUntilShown(const QPoint& pixel, QRgb colour)
+{
+    const bench::Stopwatch watch;
+    while (!Shows(pixel, colour)) {
+        if (watch.Elapsed() > kPatience)
+            return false;
+        QThread::msleep(kLookEvery);
+    }
+    return true;
+}
+
 void ScreenProcess::WaitUntilGone(const QPoint& pixel, QRgb colour)
 {
     const bench::Stopwatch waited;

@@ -29,6 +29,9 @@ public:
     /// The part of the screen that has the colour, as soon as it stands still; null when that takes too long.
     QRect WaitForArea(QRgb colour) const;
 
+    /// Waits until any program has painted the pixel; false when that takes too long.
+    static bool WaitUntilShown(const QPoint& pixel, QRgb colour);
+
     /// What a program painted stays for a moment after its end.
     static void WaitUntilGone(const QPoint& pixel, QRgb colour);
 

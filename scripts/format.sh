@@ -9,4 +9,4 @@ fi
 mode=-i
 [ "${1:-}" = --check ] && mode='--dry-run --Werror'
 # shellcheck disable=SC2086
-find src tools tests bench onlinehelpapi -name '*.cpp' -o -name '*.h' 2>/dev/null | xargs clang-format $mode
+find src tools tests bench onlinehelpapi samples -name '*.cpp' -o -name '*.h' 2>/dev/null | xargs clang-format $mode

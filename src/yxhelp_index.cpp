@@ -34,6 +34,9 @@ void YxHelp::EndJobs()
 {
     EndJob(searchFuture);
     EndJob(indexFuture);
+    // The window is about to go, and with it what would show these rows.
+    searchDelivery->Drop();
+    indexDelivery->Drop();
 }
 
 void YxHelp::EndJob(QFuture<void>& job)

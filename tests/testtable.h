@@ -1,12 +1,15 @@
 #pragma once
 
+#include "literal.h"
+
 #include <QtTest>
 
 #include <type_traits>
 
-inline QString operator""_s(const char* text, std::size_t size)
+/// The cells of a line in a test table, with "|" between them.
+inline QStringList Cells(const char* line)
 {
-    return QString::fromUtf8(text, static_cast<int>(size));
+    return QString::fromUtf8(line).split(QLatin1Char('|'));
 }
 
 /// A text in a test table, which may be written as a literal.

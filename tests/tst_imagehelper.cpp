@@ -1,38 +1,24 @@
 #include "helpdatabase.h"
 #include "imagehelper.h"
 #include "log.h"
+#include "testtable.h"
 
 #include <QImageReader>
-#include <QtTest>
 
 #include <cstdlib>
-#include <functional>
 #include <new>
 #include <sstream>
 
 namespace {
 
-/// What the next allocation throws in place of giving memory.
-std::function<void()>* nextAllocation = nullptr;
-
-class SilentException : public std::exception
-{
-public:
-    const char* what() const noexcept override { return ""; }
-};
+bool memoryIsOut = false; ///< The next allocation fails.
 
 } // namespace
 
 void* operator new(std::size_t size)
 {
-    if (nextAllocation) {
-        const std::function<void()>* fail = nextAllocation;
-        nextAllocation = nullptr;
-        (*fail)();
-    }
-    if (void* memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
+    void* memory = std::exchange(memoryIsOut, false) ? nullptr : std::malloc(size ? size : 1);
+    return memory ? memory : throw std::bad_alloc();
 }
 
 void operator delete(void* memory) noexcept
@@ -50,112 +36,78 @@ class TestImageHelper : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void nameChoosesTheFormat_data();
     void nameChoosesTheFormat();
     void imageIsWrittenOnceADay();
     void longPathLandsBesideTheDirectory();
     void undecodableBytesMakeNoFile();
-    void exceptionsAreLoggedAndGiveNoPath();
-    void removedTreeIsGone();
+    void exhaustedMemoryIsLoggedAndGivesNoPath();
 
 private:
     const ImageHelper helper;
-    const QString language = QStringLiteral("en-US");
+    const QString dir = helper.DatedDir("en-US"_s);
 };
-
-void TestImageHelper::init()
-{
-    QVERIFY(helper.RemoveTempDir(QDir::tempPath() + QStringLiteral("/HelpImageTemp")));
-}
-
-void TestImageHelper::nameChoosesTheFormat_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("format");
-    QTest::newRow("png") << QStringLiteral("a.png") << QByteArray("png");
-    QTest::newRow("ico") << QStringLiteral("a.ico") << QByteArray("ico");
-    QTest::newRow("gif becomes png") << QStringLiteral("a.gif") << QByteArray("png");
-    QTest::newRow("bmp") << QStringLiteral("a.bmp") << QByteArray("bmp");
-    QTest::newRow("jpg") << QStringLiteral("a.jpg") << QByteArray("jpeg");
-    QTest::newRow("long jpeg ending") << QStringLiteral("a.jpeg") << QByteArray("png");
-    QTest::newRow("capitals") << QStringLiteral("a.JPG") << QByteArray("png");
-    QTest::newRow("two marks") << QStringLiteral("a.jpg.png") << QByteArray("png");
-    QTest::newRow("mark inside") << QStringLiteral("a.bmp_old.jpg") << QByteArray("bmp");
-}
 
 void TestImageHelper::nameChoosesTheFormat()
 {
-    QFETCH(QString, name);
-    QFETCH(QByteArray, format);
-    const QString path = helper.SaveImage(NoiseImage(16, 16, "bmp"), name, language);
-    QCOMPARE(path, QDir::tempPath() + QStringLiteral("/HelpImageTemp/") +
-                       QDate::currentDate().toString(QStringLiteral("yyyyMMdd")) + QStringLiteral("/en-US/") +
-                       name);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(QImageReader(&file).format(), format);
-    QCOMPARE(QDir(helper.DatedDir(language)).entryList(QDir::Files), QStringList{name});
+    QCOMPARE(dir, QDir::tempPath() + "/HelpImageTemp/"_s + QDate::currentDate().toString("yyyyMMdd/"_s) +
+                      "en-US"_s);
+    for (const auto& [name, format] :
+         std::initializer_list<std::pair<QString, QByteArray>>{{"a.png"_s, "png"},
+                                                               {"a.ico"_s, "ico"},
+                                                               {"a.gif"_s, "png"},
+                                                               {"a.bmp"_s, "bmp"},
+                                                               {"a.jpg"_s, "jpeg"},
+                                                               {"a.jpeg"_s, "png"},
+                                                               {"a.JPG"_s, "png"},
+                                                               {"a.jpg.png"_s, "png"},
+                                                               {"a.bmp_old.jpg"_s, "bmp"}}) {
+        const QString path = helper.SaveImage(NoiseImage(16, 16, "bmp"), name, "en-US"_s);
+        QCOMPARE(path, dir + QLatin1Char('/') + name);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QImageReader(&file).format(), format);
+        QCOMPARE(QDir(dir).entryList(QDir::Files), QStringList{name});
+        QVERIFY(helper.RemoveTempDir(QDir::tempPath() + "/HelpImageTemp"_s) && !QFile::exists(dir));
+    }
+    QVERIFY(helper.RemoveTempDir(QDir::tempPath() + "/HelpImageTemp"_s));
 }
 
 void TestImageHelper::imageIsWrittenOnceADay()
 {
-    const QString path = helper.SaveImage(NoiseImage(16, 16), QStringLiteral("a.png"), language);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("marked");
-    file.close();
-    QCOMPARE(helper.SaveImage(NoiseImage(16, 16), QStringLiteral("a.png"), language), path);
-    QCOMPARE(file.size(), 6);
+    const QString path = helper.SaveImage(NoiseImage(16, 16), "a.png"_s, "en-US"_s);
+    QVERIFY(QFile::resize(path, 6));
+    QCOMPARE(helper.SaveImage(NoiseImage(16, 16), "a.png"_s, "en-US"_s), path);
+    QCOMPARE(QFileInfo(path).size(), 6);
 }
 
 void TestImageHelper::longPathLandsBesideTheDirectory()
 {
-    const QString dir = helper.DatedDir(language);
     const auto nameOf = [&](int pathLength) {
-        return QStringLiteral("ab").leftJustified(pathLength - dir.size() - 1, QLatin1Char('x'));
+        return "ab"_s.leftJustified(pathLength - dir.size() - 1, QLatin1Char('x'));
     };
     const QByteArray data = NoiseImage(8, 8);
-    QCOMPARE(helper.SaveImage(data, nameOf(260), language), dir + QLatin1Char('/') + nameOf(260));
-    QCOMPARE(helper.SaveImage(data, nameOf(261), language), dir + QStringLiteral("ab"));
-    QVERIFY(QFile::exists(dir + QStringLiteral("ab")));
-    QCOMPARE(helper.SaveImage(data, nameOf(264), language), dir + QStringLiteral("abxxx"));
+    QCOMPARE(helper.SaveImage(data, nameOf(260), "en-US"_s), dir + QLatin1Char('/') + nameOf(260));
+    QCOMPARE(helper.SaveImage(data, nameOf(261), "en-US"_s), dir + "ab"_s);
+    QVERIFY(QFile::exists(dir + "ab"_s));
+    QCOMPARE(helper.SaveImage(data, nameOf(264), "en-US"_s), dir + "abxxx"_s);
 }
 
 void TestImageHelper::undecodableBytesMakeNoFile()
 {
-    const QString path = helper.SaveImage("no image", QStringLiteral("a.png"), language);
-    QCOMPARE(path, helper.DatedDir(language) + QStringLiteral("/a.png"));
-    QVERIFY(!QFile::exists(path));
+    QCOMPARE(helper.SaveImage("no image", "none.png"_s, "en-US"_s), dir + "/none.png"_s);
+    QVERIFY(!QFile::exists(dir + "/none.png"_s));
 }
 
-void TestImageHelper::exceptionsAreLoggedAndGiveNoPath()
+void TestImageHelper::exhaustedMemoryIsLoggedAndGivesNoPath()
 {
-    const auto logged = [&](std::function<void()> fail) {
-        const QByteArray data = NoiseImage(8, 8);
-        const QString name = QStringLiteral("a.png");
-        const auto stream = std::make_shared<std::ostringstream>();
-        LogStream() = stream;
-        nextAllocation = &fail;
-        const QString path = helper.SaveImage(data, name, language);
-        LogStream().reset();
-        const std::string line = stream->str();
-        return path.isEmpty() && line.find("[WARNING] [imagehelper.cpp:") != std::string::npos
-                   ? line.substr(line.rfind("] ") + 2)
-                   : std::string();
-    };
-    QCOMPARE(logged([] { throw std::bad_alloc(); }), std::string("Caught exception::std::bad_alloc\n"));
-    QCOMPARE(logged([] { throw SilentException(); }), std::string("Caught exception::Unknown exception\n"));
-    QCOMPARE(logged([] { throw 1; }), std::string("Unkown Caught exception\n"));
-}
-
-void TestImageHelper::removedTreeIsGone()
-{
-    const QTemporaryDir dir;
-    QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("a/b")));
-    QVERIFY(helper.RemoveTempDir(dir.filePath(QStringLiteral("a"))));
-    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("a"))));
-    QVERIFY(helper.RemoveTempDir(dir.filePath(QStringLiteral("a"))));
+    const QByteArray data = NoiseImage(8, 8);
+    const auto stream = std::make_shared<std::ostringstream>();
+    LogStream() = stream;
+    memoryIsOut = true;
+    const QString path = helper.SaveImage(data, "b.png"_s, "en-US"_s);
+    LogStream().reset();
+    QCOMPARE(path, QString());
+    QVERIFY(stream->str().ends_with("] Caught exception::std::bad_alloc\n"));
 }
 
 QTEST_GUILESS_MAIN(TestImageHelper)

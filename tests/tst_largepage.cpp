@@ -1,10 +1,9 @@
 #include "diagnostics.h"
 #include "imagehelper.h"
 #include "largepage.h"
+#include "testtable.h"
 
-#include <QRandomGenerator>
 #include <QUrl>
-#include <QtTest>
 
 namespace {
 
@@ -29,16 +28,14 @@ class TestLargePage : public QObject
 
 private slots:
     void init();
-    void lengthIsThatOfThePercentEncoding_data();
     void lengthIsThatOfThePercentEncoding();
-    void baseGoesToTheStartOfTheHead_data();
     void baseGoesToTheStartOfTheHead();
     void fileIsWrittenOnceAndRepaired();
     void pageThatCannotBeWrittenGivesNoPath();
 
 private:
-    const QString language = QStringLiteral("zh-CN");
-    const QString tree = QDir::tempPath() + QStringLiteral("/HelpImageTemp");
+    const QString language = "zh-CN"_s;
+    const QString tree = QDir::tempPath() + "/HelpImageTemp"_s;
 };
 
 void TestLargePage::init()
@@ -46,72 +43,48 @@ void TestLargePage::init()
     QVERIFY(ImageHelper().RemoveTempDir(tree));
 }
 
-void TestLargePage::lengthIsThatOfThePercentEncoding_data()
-{
-    QTest::addColumn<QString>("unit");
-    QTest::newRow("letters") << QStringLiteral("azAZ09");
-    QTest::newRow("unreserved marks") << QStringLiteral("-._~");
-    QTest::newRow("other marks") << QStringLiteral("<>\"!*'();:@&=+$,/?#[]% \n\x7f");
-    QTest::newRow("zero") << QString(1, QChar(0));
-    QTest::newRow("two bytes") << QStringLiteral("\u0080\u07ff");
-    QTest::newRow("three bytes") << QStringLiteral("\u0800\u4e2d\uffff");
-    QTest::newRow("pair") << QString::fromUtf8("\xf0\x9f\x98\x80");
-    QTest::newRow("first half alone") << QString(QChar(0xd83d));
-    QTest::newRow("second half first") << QString(QChar(0xde00)) + QChar(0xd83d) + QLatin1Char('x');
-    QTest::newRow("first half twice") << QString(QChar(0xd83d)) + QChar(0xd83d) + QChar(0xde00);
-}
-
 void TestLargePage::lengthIsThatOfThePercentEncoding()
 {
-    QFETCH(QString, unit);
-    // Up to just below the limit, so that the letters behind decide.
-    const int unitLength = QUrl::toPercentEncoding(unit).size();
-    QString html = unit.repeated((kLongest - 100) / unitLength);
-    html += QString(kLongest - AddressLength(html), QLatin1Char('x'));
-    QCOMPARE(AddressLength(html), kLongest);
-    QVERIFY(FitsDataAddress(html));
-    QVERIFY(!FitsDataAddress(html + QLatin1Char('x')));
-    QVERIFY(!FitsDataAddress(unit + html));
-}
-
-void TestLargePage::baseGoesToTheStartOfTheHead_data()
-{
-    QTest::addColumn<QString>("html"); // with "@" where the base goes
-    const auto row = [](const char* html) { QTest::newRow(html) << QString::fromUtf8(html); };
-    row("<!DOCTYPE html><html><head>@<title>");
-    row("<!doctype html>\n<HTML lang=\"a>b\">\n<HEAD id='>'>@");
-    row("<!-- <head> --><!DOCTYPE html><!-- --!x> <head> --><html><head>@");
-    row("<!--><head>@<!-- -->");
-    row("<!---><head>@");
-    row("<?xml version=\"1.0\"?><!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0//EN\"><html><head>@");
-    row("<!DOCTYPE html>@<p><head>");
-    row("<!DOCTYPE html>\n<html>@\n<body>");
-    row("<!DOCTYPE html>@\n<header><head>");
-    row("<!DOCTYPE html>@text");
-    row("@<p>no doctype");
-    row("@<head-line>");
-    row("@<!-- never closed <head>");
-    row("@");
-    row("@<");
-    row("<html>@<head");
+    // Letters, marks, texts of two, three and four bytes, and halves of pairs.
+    for (const QString& unit : {"azAZ09-._~"_s, "<>\"!*'();:@&=+$,/?#[]% \n\x7f"_s, QString(1, QChar(0)),
+                                "\u0080\u07ff"_s, "\u0800\u4e2d\uffff"_s, "\xf0\x9f\x98\x80"_s,
+                                QString(QChar(0xd83d)), "%1%2x"_s.arg(QChar(0xde00)).arg(QChar(0xd83d)),
+                                "%1%1%2"_s.arg(QChar(0xd83d)).arg(QChar(0xde00))}) {
+        // Up to just below the limit, so that the letters behind decide.
+        const int unitLength = QUrl::toPercentEncoding(unit).size();
+        QString html = unit.repeated((kLongest - 100) / unitLength);
+        html += QString(kLongest - AddressLength(html), QLatin1Char('x'));
+        QCOMPARE(AddressLength(html), kLongest);
+        QVERIFY2(FitsDataAddress(html), qPrintable(unit));
+        QVERIFY2(!FitsDataAddress(html + QLatin1Char('x')), qPrintable(unit));
+    }
 }
 
 void TestLargePage::baseGoesToTheStartOfTheHead()
 {
-    QFETCH(QString, html);
-    const int place = html.indexOf(QLatin1Char('@'));
-    const QString page = html.left(place) + html.mid(place + 1);
-    const QString rebased = RebaseLargePage(page);
-    const QString inserted = rebased.mid(place, rebased.size() - page.size());
-    QVERIFY2(inserted.startsWith(QStringLiteral("<base href=\"file:///\"><script>")),
-             qUtf8Printable(rebased));
-    QVERIFY(inserted.endsWith(QStringLiteral("</script>")));
-    QCOMPARE(RebaseLargePage(QChar(QChar::ByteOrderMark) + page), rebased);
+    // "@" stands where the base goes.
+    for (const char* text :
+         {"<!DOCTYPE html><html><head>@<title>", "<!doctype html>\n<HTML lang=\"a>b\">\n<HEAD id='>'>@",
+          "<!-- <head> --><!DOCTYPE html><!-- --!x> <head> --><html><head>@", "<!--><head>@<!-- -->",
+          "<!---><head>@",
+          "<?xml version=\"1.0\"?><!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0//EN\"><html><head>@",
+          "<!DOCTYPE html>@<p><head>", "<!DOCTYPE html>\n<html>@\n<body>", "<!DOCTYPE html>@\n<header><head>",
+          "<!DOCTYPE html>@text", "@<p>no doctype", "@<head-line>", "@<!-- never closed <head>", "@", "@<",
+          "<html>@<head"}) {
+        const QString page = QString::fromUtf8(text).remove(QLatin1Char('@'));
+        const QString rebased = RebaseLargePage(page);
+        const QString inserted =
+            rebased.mid(QString::fromUtf8(text).indexOf(QLatin1Char('@')), rebased.size() - page.size());
+        QVERIFY2(inserted.startsWith("<base href=\"file:///\"><script>"_s) &&
+                     inserted.endsWith("</script>"_s),
+                 qPrintable(rebased));
+        QCOMPARE(RebaseLargePage(QChar(QChar::ByteOrderMark) + page), rebased);
+    }
 }
 
 void TestLargePage::fileIsWrittenOnceAndRepaired()
 {
-    const QString html = QStringLiteral("<!DOCTYPE html><head><title>\u4e2d</title>");
+    const QString html = "<!DOCTYPE html><head><title>\u4e2d</title>"_s;
     const QString path = WriteLargePage(html, language);
     QCOMPARE(QFileInfo(path).path(), ImageHelper().DatedDir(language));
     const QByteArray content = ContentOf(path);
@@ -138,8 +111,8 @@ void TestLargePage::pageThatCannotBeWrittenGivesNoPath()
     QVERIFY(inTheWay.open(QIODevice::WriteOnly));
     inTheWay.close();
     const LogCapture log;
-    QCOMPARE(WriteLargePage(QStringLiteral("x"), language), QString());
-    QVERIFY(log.Count(QStringLiteral("yxhelp.largepage: page not written")) == 1);
+    QCOMPARE(WriteLargePage("x"_s, language), QString());
+    QVERIFY(log.Count("yxhelp.largepage: page not written"_s) == 1);
     QVERIFY(inTheWay.remove());
 }
 

@@ -1,5 +1,6 @@
 #include "helpdatabase.h"
 #include "product.h"
+#include "testtable.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +11,6 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QtTest>
 
 #include <memory>
 
@@ -20,21 +20,18 @@ constexpr int kPatience = 20000;
 
 QString ColourPage(const QString& title, const QString& colour)
 {
-    return QStringLiteral(
-               "html=<html><head><title>%1</title></head><body style=\"background:%2\"></body></html>")
-        .arg(title, colour);
+    return "html=<html><head><title>%1</title></head><body style=\"background:%2\"></body></html>"_s.arg(
+        title, colour);
 }
 
-const QString kTopics = QStringLiteral("Home | ") +
-                        ColourPage(QStringLiteral("Home"), QStringLiteral("#104080")) +
-                        QStringLiteral("\n  Part | key=PART | ") +
-                        ColourPage(QStringLiteral("Part"), QStringLiteral("#80c010")) + QLatin1Char('\n');
+const QString kTopics = "Home | "_s + ColourPage("Home"_s, "#104080"_s) + "\n  Part | key=PART | "_s +
+                        ColourPage("Part"_s, "#80c010"_s) + QLatin1Char('\n');
 
 /// The real program in a deployment of its own.
 class Viewer
 {
 public:
-    explicit Viewer(const HelpDatabase& database) : program(database.RccPath() + QStringLiteral("/YxHelp"))
+    explicit Viewer(const HelpDatabase& database) : program(database.RccPath() + "/YxHelp"_s)
     {
         if (!QFile::exists(program) && !QFile::copy(QStringLiteral(YXHELP_PROGRAM), program))
             qFatal("no program to run");
@@ -50,7 +47,7 @@ public:
         // The drivers that the real program unloads would count as its leaks; tests of the window look for
         // those.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+        environment.insert("ASAN_OPTIONS"_s, "detect_leaks=0"_s);
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program, switches);
@@ -59,8 +56,11 @@ public:
     {
         return process.state() == QProcess::NotRunning || process.waitForFinished(patience);
     }
-    int ExitCode() const { return process.exitCode(); }
-    QProcess::ExitStatus ExitStatus() const { return process.exitStatus(); }
+    QString Outcome() const
+    {
+        return process.exitStatus() == QProcess::NormalExit ? "ended %1"_s.arg(process.exitCode())
+                                                            : "crashed"_s;
+    }
     QString Output() { return QString::fromUtf8(process.readAll()); }
 
 private:
@@ -68,30 +68,28 @@ private:
     QProcess process;
 };
 
-bool XDo(const QStringList& arguments)
+bool XDo(const QString& words)
 {
     QProcess xdotool;
-    xdotool.start(QStringLiteral("xdotool"), arguments);
+    xdotool.start("xdotool"_s, words.split(QLatin1Char('|')));
     return xdotool.waitForFinished() && xdotool.exitCode() == 0;
 }
 
 bool WindowShows(const QString& title)
 {
-    return XDo({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                QLatin1Char('^') + title + QLatin1Char('$')});
+    return XDo("search|--onlyvisible|--name|^%1$"_s.arg(title));
 }
 
 // A window that comes or goes while xdotool looks makes it fail, so what it once saw isn't asked again.
 bool ViewerShows()
 {
-    return XDo({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
-                QStringLiteral("^YxHelp$")});
+    return XDo("search|--onlyvisible|--class|^YxHelp$"_s);
 }
 
 /// Asks the window manager to close the active window, and tells whether the viewer has ended.
 bool Close(Viewer& viewer)
 {
-    XDo({QStringLiteral("key"), QStringLiteral("alt+F4")});
+    XDo("key|alt+F4"_s);
     return viewer.Ended();
 }
 
@@ -102,15 +100,24 @@ QString TopicColour()
     return screen.pixelColor(screen.width() * 5 / 8, screen.height() / 2).name();
 }
 
-QStringList InEnglish(const QStringList& more = {})
+/// Switches that name the language, and more of them, separated by semicolons.
+QStringList InEnglish(const QString& more = {})
 {
-    return QStringList{QStringLiteral("/Language"), QStringLiteral("en-US")} + more;
+    return QString("/Language;en-US"_s + more).split(QLatin1Char(';'));
 }
 
-bool Lay(const HelpDatabase& database)
+/// A deployment with the topics, and the program that starts in it.
+struct Deployment
 {
-    return WriteResourceFile(database.HelpDir() + QStringLiteral("/YxHelpSystem.rcc"), ProductIni(1));
-}
+    Deployment()
+    {
+        if (!WriteResourceFile(database.HelpDir() + "/YxHelpSystem.rcc"_s, ProductIni(1)))
+            qFatal("no resource file");
+    }
+
+    HelpDatabase database{kTopics};
+    Viewer viewer{database};
+};
 
 } // namespace
 
@@ -119,74 +126,41 @@ class TestLaunch : public QObject
     Q_OBJECT
 
 private slots:
-    void topicOfTheLaunchIsPainted_data();
     void topicOfTheLaunchIsPainted();
-    void missingFilesAreTold_data();
     void missingFilesAreTold();
     void badInputOpensAWindowAllTheSame_data();
     void badInputOpensAWindowAllTheSame();
-    void brokenTreesStopWithAMessageThatNamesTheRow_data();
     void brokenTreesStopWithAMessageThatNamesTheRow();
 };
 
-void TestLaunch::topicOfTheLaunchIsPainted_data()
-{
-    QTest::addColumn<QStringList>("switches");
-    QTest::addColumn<QString>("colour");
-    QTest::newRow("no topic") << InEnglish() << QStringLiteral("#104080");
-    QTest::newRow("topic") << InEnglish({QStringLiteral("/Topic"), QStringLiteral("part")})
-                           << QStringLiteral("#80c010");
-    QTest::newRow("topic that is a switch")
-        << InEnglish({QStringLiteral("/Topic"), QStringLiteral("/Part")}) << QStringLiteral("#104080");
-    QTest::newRow("database by another name")
-        << InEnglish({QStringLiteral("/MdbFile"), QStringLiteral("YXCADHelp.mdb")})
-        << QStringLiteral("#104080");
-}
-
 void TestLaunch::topicOfTheLaunchIsPainted()
 {
-    QFETCH(QStringList, switches);
-    QFETCH(QString, colour);
-    HelpDatabase database(kTopics);
-    QVERIFY(Lay(database));
-    Viewer viewer(database);
-    viewer.Start(switches);
-    QTRY_COMPARE_WITH_TIMEOUT(TopicColour(), colour, kPatience);
-    QVERIFY(WindowShows(QStringLiteral("Test Help")));
-    QTRY_VERIFY_WITH_TIMEOUT(Close(viewer), kPatience);
-    QCOMPARE(viewer.ExitStatus(), QProcess::NormalExit);
-    QCOMPARE(viewer.ExitCode(), 0);
-}
-
-void TestLaunch::missingFilesAreTold_data()
-{
-    QTest::addColumn<QStringList>("switches");
-    QTest::addColumn<int>("exitCode");
-    QTest::newRow("no resource file for the language")
-        << QStringList{QStringLiteral("/Language"), QStringLiteral("de-DE")} << 0;
-    QTest::newRow("language with slashes and dots")
-        << QStringList{QStringLiteral("/Language"), QStringLiteral("../x/./en-US")} << 0;
-    QTest::newRow("no database") << InEnglish({QStringLiteral("/MdbFile"), QStringLiteral("帮 #%1'.db")})
-                                 << 255;
-    QTest::newRow("database without a name")
-        << InEnglish({QStringLiteral("/MdbFile"), QStringLiteral("")}) << 0;
+    for (const char* line :
+         {"|#104080", ";/Topic;part|#80c010", ";/Topic;/Part|#104080", ";/MdbFile;YXCADHelp.mdb|#104080"}) {
+        Deployment d;
+        d.viewer.Start(InEnglish(Cells(line)[0]));
+        QTRY_COMPARE_WITH_TIMEOUT(TopicColour(), Cells(line)[1], kPatience);
+        QVERIFY(WindowShows("Test Help"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(Close(d.viewer), kPatience);
+        QCOMPARE(d.viewer.Outcome(), "ended 0"_s);
+    }
 }
 
 void TestLaunch::missingFilesAreTold()
 {
-    QFETCH(QStringList, switches);
-    QFETCH(int, exitCode);
-    HelpDatabase database(kTopics);
-    QVERIFY(Lay(database));
-    Viewer viewer(database);
-    viewer.Start(switches);
-    const bool names = !switches.contains(QString());
-    QVERIFY(QTest::qWaitFor(
-        [&] { return WindowShows(names ? QStringLiteral("Error") : QStringLiteral("Test Help")); },
-        kPatience));
-    QTRY_VERIFY_WITH_TIMEOUT(Close(viewer), kPatience);
-    QCOMPARE(viewer.ExitStatus(), QProcess::NormalExit);
-    QCOMPARE(viewer.ExitCode(), exitCode);
+    for (const auto& [switches, window, outcome] :
+         std::initializer_list<std::tuple<QStringList, QString, QString>>{
+             {{"/Language"_s, "de-DE"_s}, "Error"_s, "ended 0"_s},
+             {{"/Language"_s, "../x/./en-US"_s}, "Error"_s, "ended 0"_s},
+             {InEnglish(";/MdbFile;帮 #%1'.db"_s), "Error"_s, "ended 255"_s},
+             {InEnglish(";/MdbFile;"_s), "Test Help"_s, "ended 0"_s}}) {
+        Deployment d;
+        d.viewer.Start(switches);
+        const QString& title = window;
+        QVERIFY(QTest::qWaitFor([&] { return WindowShows(title); }, kPatience));
+        QTRY_VERIFY_WITH_TIMEOUT(Close(d.viewer), kPatience);
+        QCOMPARE(d.viewer.Outcome(), outcome);
+    }
 }
 
 using Damage = std::function<void(HelpDatabase&)>;
@@ -194,8 +168,7 @@ Q_DECLARE_METATYPE(Damage)
 
 void TestLaunch::badInputOpensAWindowAllTheSame_data()
 {
-    QTest::addColumn<Damage>("damage");
-    const auto row = [](const char* name, const Damage& damage) { QTest::newRow(name) << damage; };
+    const auto row = Columns<Damage>("damage");
     row("empty file", [](HelpDatabase& db) { db.Overwrite({}); });
     row("no database", [](HelpDatabase& db) { db.Overwrite(QByteArray(5000, 'x')); });
     row("truncated", [](HelpDatabase& db) { db.Truncate(1500); });
@@ -203,37 +176,33 @@ void TestLaunch::badInputOpensAWindowAllTheSame_data()
         QFile::remove(db.Path());
         QDir().mkpath(db.Path());
     });
-    row("no table", [](HelpDatabase& db) { db.Execute(QStringLiteral("DROP TABLE HelpFileList")); });
-    row("no rows", [](HelpDatabase& db) { db.Execute(QStringLiteral("DELETE FROM HelpFileList")); });
-    row("no page column", [](HelpDatabase& db) {
-        db.Execute(QStringLiteral("ALTER TABLE HelpFileList RENAME COLUMN Html TO Page"));
-    });
-    row("no images", [](HelpDatabase& db) { db.Execute(QStringLiteral("DROP TABLE ImageList")); });
+    row("no table", [](HelpDatabase& db) { db.Execute("DROP TABLE HelpFileList"_s); });
+    row("no rows", [](HelpDatabase& db) { db.Execute("DELETE FROM HelpFileList"_s); });
+    row("no page column",
+        [](HelpDatabase& db) { db.Execute("ALTER TABLE HelpFileList RENAME COLUMN Html TO Page"_s); });
+    row("no images", [](HelpDatabase& db) { db.Execute("DROP TABLE ImageList"_s); });
     row("read only", [](HelpDatabase& db) {
         QFile::setPermissions(db.Path(), QFile::ReadOwner);
         QFile::setPermissions(db.HelpDir(), QFile::ReadOwner | QFile::ExeOwner);
     });
     row("locked", [](HelpDatabase& db) {
-        auto lock = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lock"));
+        auto lock = QSqlDatabase::addDatabase("QSQLITE"_s, "lock"_s);
         lock.setDatabaseName(db.Path());
-        if (!lock.open() || lock.exec(QStringLiteral("BEGIN EXCLUSIVE")).lastError().isValid())
+        if (!lock.open() || lock.exec("BEGIN EXCLUSIVE"_s).lastError().isValid())
             qFatal("the database can't be locked");
     });
     row("unbalanced tags", [](HelpDatabase& db) {
-        db.Execute(
-            QStringLiteral("UPDATE HelpFileList SET Html='<div><table><script><title><body <<p' WHERE ID=1"));
+        db.Execute("UPDATE HelpFileList SET Html='<div><table><script><title><body <<p' WHERE ID=1"_s);
     });
     row("zero and invalid text", [](HelpDatabase& db) {
-        db.Execute(QStringLiteral(
-            "UPDATE HelpFileList SET Html=CAST(x'3c703eff00fec3283c2f703e' AS TEXT) WHERE ID=1"));
+        db.Execute("UPDATE HelpFileList SET Html=CAST(x'3c703eff00fec3283c2f703e' AS TEXT) WHERE ID=1"_s);
     });
     row("image that does not decode", [](HelpDatabase& db) {
-        db.AddImage(QStringLiteral("i/x.png"), QByteArray(30000, 'x'));
-        db.Execute(
-            QStringLiteral("UPDATE HelpFileList SET ImagePath='i/x.png,,i/y.png',Html='<img src=i/x.png>'"));
+        db.AddImage("i/x.png"_s, QByteArray(30000, 'x'));
+        db.Execute("UPDATE HelpFileList SET ImagePath='i/x.png,,i/y.png',Html='<img src=i/x.png>'"_s);
     });
     row("garbage resource file", [](HelpDatabase& db) {
-        QFile file(db.HelpDir() + QStringLiteral("/YxHelpSystem.rcc"));
+        QFile file(db.HelpDir() + "/YxHelpSystem.rcc"_s);
         if (file.open(QIODevice::WriteOnly))
             file.write(QByteArray(3000, 'q'));
     });
@@ -242,47 +211,29 @@ void TestLaunch::badInputOpensAWindowAllTheSame_data()
 void TestLaunch::badInputOpensAWindowAllTheSame()
 {
     QFETCH(Damage, damage);
-    HelpDatabase database(kTopics);
-    QVERIFY(Lay(database));
-    Viewer viewer(database);
-    damage(database);
-    viewer.Start(InEnglish({QStringLiteral("/Topic"), QStringLiteral("PART")}));
+    Deployment d;
+    damage(d.database);
+    d.viewer.Start(InEnglish(";/Topic;PART"_s));
     QVERIFY(QTest::qWaitFor(&ViewerShows, kPatience));
-    QTRY_VERIFY_WITH_TIMEOUT(Close(viewer), kPatience);
-    QCOMPARE(viewer.ExitStatus(), QProcess::NormalExit);
-    QCOMPARE(viewer.ExitCode(), 0);
-    QSqlDatabase::removeDatabase(QStringLiteral("lock"));
-    QFile::setPermissions(database.HelpDir(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-void TestLaunch::brokenTreesStopWithAMessageThatNamesTheRow_data()
-{
-    QTest::addColumn<QString>("statement");
-    QTest::addColumn<QString>("row");
-    QTest::newRow("parent after its child")
-        << QStringLiteral("UPDATE HelpFileList SET ParentID=2 WHERE ID=2") << QStringLiteral("2");
-    QTest::newRow("gap in the ids") << QStringLiteral("UPDATE HelpFileList SET ID=9, ParentID=8 WHERE ID=2")
-                                    << QStringLiteral("9");
-    QTest::newRow("negative parent") << QStringLiteral("UPDATE HelpFileList SET ParentID=-4 WHERE ID=2")
-                                     << QStringLiteral("2");
-    QTest::newRow("no root") << QStringLiteral("UPDATE HelpFileList SET ParentID=65535 WHERE ID=1")
-                             << QStringLiteral("1");
+    QTRY_VERIFY_WITH_TIMEOUT(Close(d.viewer), kPatience);
+    QCOMPARE(d.viewer.Outcome(), "ended 0"_s);
+    QSqlDatabase::removeDatabase("lock"_s);
+    QFile::setPermissions(d.database.HelpDir(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 void TestLaunch::brokenTreesStopWithAMessageThatNamesTheRow()
 {
-    QFETCH(QString, statement);
-    QFETCH(QString, row);
-    HelpDatabase database(kTopics);
-    QVERIFY(Lay(database));
-    database.Execute(statement);
-    Viewer viewer(database);
-    viewer.Start(InEnglish());
-    QVERIFY(viewer.Ended(kPatience));
-    QVERIFY(viewer.ExitStatus() == QProcess::CrashExit || viewer.ExitCode() != 0);
-    const QString output = viewer.Output();
-    QVERIFY2(output.contains(QRegularExpression(QStringLiteral("row with ID %1\\b").arg(row))),
-             qPrintable(output));
+    for (const char* change : {"ParentID=2 WHERE ID=2", "ID=9, ParentID=8 WHERE ID=2",
+                               "ParentID=-4 WHERE ID=2", "ParentID=65535 WHERE ID=1"}) {
+        Deployment d;
+        d.database.Execute("UPDATE HelpFileList SET "_s + QLatin1String(change));
+        d.viewer.Start(InEnglish());
+        QVERIFY(d.viewer.Ended(kPatience) && d.viewer.Outcome() != "ended 0"_s);
+        const QString row =
+            QLatin1String(change).startsWith("ID=9"_s) ? "9"_s : QString(QLatin1String(change).right(1));
+        const QString output = d.viewer.Output();
+        QVERIFY2(output.contains(QRegularExpression("row with ID %1\\b"_s.arg(row))), qPrintable(output));
+    }
 }
 
 QTEST_MAIN(TestLaunch)

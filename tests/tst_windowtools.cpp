@@ -1,12 +1,11 @@
 #include "drawwidgettool.h"
 #include "movewidgettool.h"
+#include "testtable.h"
 #include "yxglobalsignal.h"
 
 #include <QHoverEvent>
 #include <QMouseEvent>
-#include <QSignalSpy>
 #include <QWidget>
-#include <QtTest>
 
 namespace {
 
@@ -55,127 +54,80 @@ class TestWindowTools : public QObject
     Q_OBJECT
 
 private slots:
-    void cursorTellsTheZone_data();
     void cursorTellsTheZone();
-    void sidesFollowTheMouse_data();
     void sidesFollowTheMouse();
-    void onlyTheLeftButtonInAZoneResizes_data();
     void onlyTheLeftButtonInAZoneResizes();
     void maximizedWindowIsNotResized();
     void titleMovesTheWindow();
     void movesOnTheirWayAreNotMadeTwice();
     void titleDoesNotMoveWhileResizing();
-    void titleIgnoresOtherButtons();
     void draggingAMaximizedWindowOnlyTells();
     void firstWidgetsCount();
 };
 
-void TestWindowTools::cursorTellsTheZone_data()
-{
-    QTest::addColumn<QPoint>("position");
-    QTest::addColumn<int>("shape");
-    const auto row = [](int x, int y, Qt::CursorShape shape) {
-        QTest::addRow("%d,%d", x, y) << QPoint(x, y) << int(shape);
-    };
-    row(400, 300, Qt::ArrowCursor);
-    // bands and their last pixels
-    row(5, 300, Qt::SizeHorCursor);
-    row(6, 300, Qt::ArrowCursor);
-    row(795, 300, Qt::SizeHorCursor);
-    row(794, 300, Qt::ArrowCursor);
-    row(400, 595, Qt::SizeVerCursor);
-    row(400, 594, Qt::ArrowCursor);
-    row(400, 5, Qt::SizeVerCursor);
-    row(400, 6, Qt::ArrowCursor);
-    // the title area is free of the bands at the sides
-    row(0, 20, Qt::ArrowCursor);
-    row(0, 30, Qt::ArrowCursor);
-    row(0, 31, Qt::SizeHorCursor);
-    row(799, 30, Qt::ArrowCursor);
-    // corners
-    row(0, 0, Qt::SizeFDiagCursor);
-    row(4, 4, Qt::SizeFDiagCursor);
-    row(5, 5, Qt::ArrowCursor);
-    row(6, 5, Qt::SizeVerCursor);
-    row(-5, -5, Qt::SizeFDiagCursor);
-    row(-6, 0, Qt::ArrowCursor);
-    row(796, 4, Qt::SizeBDiagCursor);
-    row(795, 4, Qt::ArrowCursor);
-    row(799, 599, Qt::SizeFDiagCursor);
-    row(796, 596, Qt::SizeFDiagCursor);
-    row(796, 595, Qt::ArrowCursor);
-    row(805, 605, Qt::SizeFDiagCursor);
-    row(0, 599, Qt::SizeBDiagCursor);
-    row(4, 596, Qt::SizeBDiagCursor);
-    row(5, 599, Qt::ArrowCursor);
-    row(0, 594, Qt::SizeHorCursor);
-}
-
 void TestWindowTools::cursorTellsTheZone()
 {
-    QFETCH(QPoint, position);
-    QFETCH(int, shape);
-    Window w;
-    w.window.setCursor(Qt::WaitCursor);
-    Hover(w.window, position);
-    QCOMPARE(int(w.window.cursor().shape()), shape);
-}
-
-void TestWindowTools::sidesFollowTheMouse_data()
-{
-    QTest::addColumn<QPoint>("press");
-    QTest::addColumn<QPoint>("to");
-    QTest::addColumn<QRect>("geometry");
-    const auto rect = [](int left, int top, int right, int bottom) {
-        return QRect(QPoint(left, top), QPoint(right, bottom));
-    };
-    // The window lies at 100, 50 to 899, 649.
-    QTest::newRow("top") << QPoint(400, 2) << QPoint(333, 70) << rect(100, 70, 899, 649);
-    QTest::newRow("bottom") << QPoint(400, 597) << QPoint(333, 700) << rect(100, 50, 899, 699);
-    QTest::newRow("left") << QPoint(2, 300) << QPoint(80, 333) << rect(80, 50, 899, 649);
-    QTest::newRow("right") << QPoint(797, 300) << QPoint(950, 333) << rect(100, 50, 949, 649);
-    QTest::newRow("top left") << QPoint(1, 1) << QPoint(120, 40) << rect(120, 40, 899, 649);
-    QTest::newRow("bottom right") << QPoint(798, 598) << QPoint(850, 620) << rect(100, 50, 849, 619);
-    QTest::newRow("top right") << QPoint(798, 1) << QPoint(850, 60) << rect(100, 60, 849, 649);
-    QTest::newRow("bottom left") << QPoint(1, 598) << QPoint(90, 620) << rect(90, 50, 899, 619);
+    // Bands and corners with the pixels next to them; the title area is free of the bands at the sides.
+    const QHash<QString, Qt::CursorShape> shapes{{"-"_s, Qt::SizeHorCursor},
+                                                 {"|"_s, Qt::SizeVerCursor},
+                                                 {"\\"_s, Qt::SizeFDiagCursor},
+                                                 {"/"_s, Qt::SizeBDiagCursor}};
+    for (const char* line :
+         {"- 5,300 795,300 0,31 0,594", "| 400,595 400,5 6,5", "\\ 0,0 4,4 -5,-5 799,599 796,596 805,605",
+          "/ 796,4 0,599 4,596",
+          ". 400,300 6,300 794,300 400,594 400,6 0,20 0,30 799,30 5,5 -6,0 795,4 796,595 5,599"}) {
+        QStringList places = QString::fromLatin1(line).split(QLatin1Char(' '));
+        const Qt::CursorShape shape = shapes.value(places.takeFirst(), Qt::ArrowCursor);
+        for (const QString& place : places) {
+            Window w;
+            w.window.setCursor(Qt::WaitCursor);
+            Hover(w.window, {place.section(QLatin1Char(','), 0, 0).toInt(),
+                             place.section(QLatin1Char(','), 1).toInt()});
+            QVERIFY2(w.window.cursor().shape() == shape, qPrintable(place));
+        }
+    }
 }
 
 void TestWindowTools::sidesFollowTheMouse()
 {
-    QFETCH(QPoint, press);
-    QFETCH(QPoint, to);
-    QFETCH(QRect, geometry);
-    Window w;
-    QVERIFY(w.sizer.CanMove());
-    Mouse(w.window, QEvent::MouseButtonPress, press);
-    QVERIFY(!w.sizer.CanMove());
-    // Hovering elsewhere doesn't change what is being resized.
-    Hover(w.window, {400, 300});
-    Mouse(w.window, QEvent::MouseMove, press, to);
-    QCOMPARE(w.window.geometry(), geometry);
-    Mouse(w.window, QEvent::MouseButtonRelease, press);
-    QVERIFY(w.sizer.CanMove());
-    Mouse(w.window, QEvent::MouseMove, press, {500, 500});
-    QCOMPARE(w.window.geometry(), geometry);
-}
-
-void TestWindowTools::onlyTheLeftButtonInAZoneResizes_data()
-{
-    QTest::addColumn<QPoint>("press");
-    QTest::addColumn<int>("button");
-    QTest::newRow("right button") << QPoint(797, 300) << int(Qt::RightButton);
-    QTest::newRow("no zone") << QPoint(400, 300) << int(Qt::LeftButton);
+    struct Drag
+    {
+        QPoint press, to, topLeft, bottomRight;
+    };
+    // The window lies at 100, 50 to 899, 649.
+    for (const Drag& drag : std::initializer_list<Drag>{{{400, 2}, {333, 70}, {100, 70}, {899, 649}},
+                                                        {{400, 597}, {333, 700}, {100, 50}, {899, 699}},
+                                                        {{2, 300}, {80, 333}, {80, 50}, {899, 649}},
+                                                        {{797, 300}, {950, 333}, {100, 50}, {949, 649}},
+                                                        {{1, 1}, {120, 40}, {120, 40}, {899, 649}},
+                                                        {{798, 598}, {850, 620}, {100, 50}, {849, 619}},
+                                                        {{798, 1}, {850, 60}, {100, 60}, {849, 649}},
+                                                        {{1, 598}, {90, 620}, {90, 50}, {899, 619}}}) {
+        const QRect geometry(drag.topLeft, drag.bottomRight);
+        Window w;
+        Mouse(w.window, QEvent::MouseButtonPress, drag.press);
+        QVERIFY(!w.sizer.CanMove());
+        // Hovering elsewhere doesn't change what is being resized.
+        Hover(w.window, {400, 300});
+        Mouse(w.window, QEvent::MouseMove, drag.press, drag.to);
+        QCOMPARE(w.window.geometry(), geometry);
+        Mouse(w.window, QEvent::MouseButtonRelease, drag.press);
+        QVERIFY(w.sizer.CanMove());
+        Mouse(w.window, QEvent::MouseMove, drag.press, {500, 500});
+        QCOMPARE(w.window.geometry(), geometry);
+    }
 }
 
 void TestWindowTools::onlyTheLeftButtonInAZoneResizes()
 {
-    QFETCH(QPoint, press);
-    QFETCH(int, button);
-    Window w;
-    Mouse(w.window, QEvent::MouseButtonPress, press, {}, Qt::MouseButton(button));
-    Mouse(w.window, QEvent::MouseMove, press, {500, 400}, Qt::MouseButton(button));
-    QVERIFY(w.sizer.CanMove());
-    QCOMPARE(w.window.geometry(), QRect(100, 50, 800, 600));
+    for (const auto& [button, press] :
+         {std::pair(Qt::RightButton, QPoint(797, 300)), std::pair(Qt::LeftButton, QPoint(400, 300))}) {
+        Window w;
+        Mouse(w.window, QEvent::MouseButtonPress, press, {}, button);
+        Mouse(w.window, QEvent::MouseMove, press, {500, 400}, button);
+        QVERIFY(w.sizer.CanMove());
+        QCOMPARE(w.window.geometry(), QRect(100, 50, 800, 600));
+    }
 }
 
 void TestWindowTools::maximizedWindowIsNotResized()
@@ -195,7 +147,8 @@ void TestWindowTools::maximizedWindowIsNotResized()
 void TestWindowTools::titleMovesTheWindow()
 {
     Window w;
-    Mouse(w.title, QEvent::MouseMove, {60, 25});
+    Mouse(w.title, QEvent::MouseButtonPress, {50, 15}, {}, Qt::RightButton);
+    Mouse(w.title, QEvent::MouseMove, {60, 25}, {}, Qt::RightButton);
     QCOMPARE(w.window.pos(), QPoint(100, 50));
     Mouse(w.title, QEvent::MouseButtonPress, {50, 15});
     Mouse(w.title, QEvent::MouseMove, {60, 12});
@@ -230,14 +183,6 @@ void TestWindowTools::titleDoesNotMoveWhileResizing()
     QCOMPARE(w.window.geometry(), QRect(QPoint(100, 62), QPoint(899, 649)));
 }
 
-void TestWindowTools::titleIgnoresOtherButtons()
-{
-    Window w;
-    Mouse(w.title, QEvent::MouseButtonPress, {50, 15}, {}, Qt::RightButton);
-    Mouse(w.title, QEvent::MouseMove, {90, 15}, {}, Qt::RightButton);
-    QCOMPARE(w.window.pos(), QPoint(100, 50));
-}
-
 void TestWindowTools::draggingAMaximizedWindowOnlyTells()
 {
     Window w;
@@ -258,8 +203,6 @@ void TestWindowTools::firstWidgetsCount()
     other.setGeometry(0, 0, 800, 600);
     w.sizer.SetWidget(&other);
     w.mover.SetWidgets(&other, &other);
-    QVERIFY(!other.testAttribute(Qt::WA_Hover));
-    QVERIFY(w.window.testAttribute(Qt::WA_Hover));
     Mouse(other, QEvent::MouseButtonPress, {50, 2});
     Mouse(other, QEvent::MouseMove, {90, 12}, {90, 12});
     QCOMPARE(other.geometry(), QRect(0, 0, 800, 600));

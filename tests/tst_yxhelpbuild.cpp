@@ -86,11 +86,11 @@ void TestHelpBuild::projectsStandSideBySide()
     for (const char* name : {"left", "right"}) {
         const QString folder = QLatin1String(name) + QLatin1Char('/');
         fixture.WritePage(
-            folder + QLatin1String("index.html"), QLatin1String(name),
+            folder + "index.html"_s, QLatin1String(name),
             "<a href='../right/sub.html#x'>other</a> <a href='qthelp://org.right/right/sub.html'>q</a>");
-        fixture.WritePage(folder + QLatin1String("sub.html"), QLatin1String(name) + QLatin1String(" sub"));
-        fixture.WritePage(folder + QLatin1String("lost.html"), QLatin1String(name) + QLatin1String(" lost"));
-        fixture.Write(folder + QLatin1String("p.qhp"),
+        fixture.WritePage(folder + "sub.html"_s, QLatin1String(name) + " sub"_s);
+        fixture.WritePage(folder + "lost.html"_s, QLatin1String(name) + " lost"_s);
+        fixture.Write(folder + "p.qhp"_s,
                       Project("<section title=\"" + QByteArray(name) +
                                   "\" ref=\"index.html\"><section title=\"Sub\" ref=\"sub.html\"/></section>",
                               "", "<file>*.html</file>", name));
@@ -137,7 +137,7 @@ void TestHelpBuild::folderBecomesTree()
     QFETCH(QString, tree);
     BuildFixture fixture;
     for (const QString& file : files)
-        fixture.WritePage(QLatin1String("doc/") + file, file);
+        fixture.WritePage("doc/"_s + file, file);
     QVERIFY2(fixture.Build({"doc"_s}), qPrintable(fixture.Error()));
     QCOMPARE(fixture.Tree(), tree);
 }

@@ -3,27 +3,20 @@
 #include "diagnostics.h"
 #include "helpbuilder.h"
 #include "htmldocument.h"
+#include "literal.h"
 #include "plaintext.h"
 #include "yxviewmodel.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
-#include <QRandomGenerator>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QUrl>
-#include <QVariant>
 
 #include <limits>
 
 using namespace helpbuild;
 
 namespace {
-
-const QLatin1String kConnection("BuildFixture");
 
 QString LastPart(const QString& path)
 {
@@ -34,7 +27,7 @@ QString LastPart(const QString& path)
 
 BuildFixture::BuildFixture()
 {
-    options.language = QStringLiteral("en-US");
+    options.language = "en-US"_s;
     options.output = output.path();
 }
 
@@ -55,16 +48,6 @@ void BuildFixture::WritePage(const QString& path, const QString& title, const QB
                     title.toHtmlEscaped().toUtf8() + "</title></head>\n<body>" + body + "</body></html>\n");
 }
 
-QString BuildFixture::Input(const QString& path) const
-{
-    return path.isEmpty() ? input.path() : input.filePath(path);
-}
-
-QString BuildFixture::HelpDir() const
-{
-    return options.output + QLatin1Char('/') + options.language + QLatin1String("/Help");
-}
-
 bool BuildFixture::Build(const QStringList& inputs)
 {
     viewer.reset();
@@ -79,40 +62,21 @@ bool BuildFixture::Build(const QStringList& inputs)
     return built;
 }
 
-QString BuildFixture::WithoutFolder(QString text) const
-{
-    return text.remove(input.path() + QLatin1Char('/'));
-}
-
 QStringList BuildFixture::Select(const QString& statement) const
 {
-    QStringList values;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
-        database.setDatabaseName(HelpDir() + QLatin1Char('/') + options.database);
-        if (!QFile::exists(database.databaseName()) || !database.open())
-            qFatal("no database");
-        QSqlQuery query(database);
-        if (!query.exec(statement))
-            qFatal("%s", qPrintable(statement));
-        while (query.next())
-            values << query.value(0).toString();
-    }
-    QSqlDatabase::removeDatabase(kConnection);
-    return values;
+    return SelectFrom(HelpDir() + QLatin1Char('/') + options.database, statement);
 }
 
 QString BuildFixture::Tree() const
 {
     QHash<int, int> depths;
     QString tree;
-    for (const QString& row : Select(QStringLiteral("SELECT ID||' '||ParentID||' '||FileName||' "
-                                                    "['||KeyName||']' FROM HelpFileList WHERE Body<>'js'"))) {
+    for (const QString& row : Select("SELECT ID||' '||ParentID||' '||FileName||' "
+                                     "['||KeyName||']' FROM HelpFileList WHERE Body<>'js'"_s)) {
         const int id = row.section(QLatin1Char(' '), 0, 0).toInt();
         const int parent = row.section(QLatin1Char(' '), 1, 1).toInt();
         depths[id] = parent == 0 ? 0 : depths.value(parent) + 1;
-        const QString indent =
-            parent >= 65535 ? QStringLiteral("~ ") : QString(depths[id] * 2, QLatin1Char(' '));
+        const QString indent = parent >= 65535 ? "~ "_s : QString(depths[id] * 2, QLatin1Char(' '));
         tree += indent + row.section(QLatin1Char(' '), 2) + QLatin1Char('\n');
     }
     return tree;
@@ -137,7 +101,7 @@ QString BuildFixture::Finished(const QString& title)
 
 QString BuildFixture::Follow(const QString& href)
 {
-    const QUrl url = QUrl(QStringLiteral("file:///")).resolved(QUrl(href));
+    const QUrl url = QUrl("file:///"_s).resolved(QUrl(href));
     QString link = url.toString().mid(8);
     link.replace(QLatin1Char('/'), QLatin1Char('\\'));
     const QList<TreeViewModel>& list = Viewer().HelpFileList();
@@ -147,22 +111,6 @@ QString BuildFixture::Follow(const QString& href)
             return record.Title;
     }
     return {};
-}
-
-QByteArray BuildFixture::Png(int number, int size)
-{
-    // Noise, so that the size of the data follows that of the picture.
-    QImage image(size, size, QImage::Format_RGB32);
-    QRandomGenerator random(static_cast<quint32>(number) + 1);
-    for (int y = 0; y < size; ++y) {
-        for (int x = 0; x < size; ++x)
-            image.setPixel(x, y, random.generate() | 0xff000000U);
-    }
-    QByteArray data;
-    QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "png");
-    return data;
 }
 
 QByteArray Project(const QByteArray& sections, const QByteArray& keywords, const QByteArray& files,
@@ -175,20 +123,17 @@ QByteArray Project(const QByteArray& sections, const QByteArray& keywords, const
 
 QString Finish(BuildFixture& fixture, const QByteArray& page)
 {
-    fixture.WritePage(QStringLiteral("doc/sub/other.html"), QStringLiteral("Other"));
-    for (const auto& [path, content] :
-         std::initializer_list<std::pair<const char*, QByteArray>>{{"index.html", page},
-                                                                   {"s.css", "p{}"},
-                                                                   {"sub/t.css", "q{}"},
-                                                                   {"a.js", "a();"},
-                                                                   {"lib.js.min.js", "lib();"},
-                                                                   {"i.png", BuildFixture::Png()},
-                                                                   {"notes.txt", "text"}})
-        fixture.Write(QStringLiteral("doc/") + QLatin1String(path), content);
-    if (!fixture.Build({QStringLiteral("doc")}))
+    fixture.WritePage("doc/sub/other.html"_s, "Other"_s);
+    fixture.Write("doc/index.html"_s, page);
+    fixture.Write("doc/s.css"_s, "p{}");
+    fixture.Write("doc/sub/t.css"_s, "q{}");
+    fixture.Write("doc/a.js"_s, "a();");
+    fixture.Write("doc/lib.js.min.js"_s, "lib();");
+    fixture.Write("doc/i.png"_s, BuildFixture::Png());
+    fixture.Write("doc/notes.txt"_s, "text");
+    if (!fixture.Build({"doc"_s}))
         return fixture.Error();
-    return fixture.Finished(
-        fixture.Select(QStringLiteral("SELECT Title FROM HelpFileList WHERE ID=1")).constFirst());
+    return fixture.Finished(fixture.Select("SELECT Title FROM HelpFileList WHERE ID=1"_s).constFirst());
 }
 
 QStringList AttributesIn(const QString& html, const char* tag, const char* attribute)

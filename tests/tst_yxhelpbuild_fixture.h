@@ -1,12 +1,7 @@
 #pragma once
 
 #include "buildoptions.h"
-
-#include <QByteArray>
-#include <QHash>
-#include <QString>
-#include <QStringList>
-#include <QTemporaryDir>
+#include "helpdatabase.h"
 
 #include <memory>
 
@@ -24,12 +19,15 @@ public:
     /// A page with the title and the text; the markup around it is sound.
     void WritePage(const QString& path, const QString& title, const QByteArray& body = {});
     /// Absolute path of a file or folder below the folder for inputs.
-    QString Input(const QString& path = {}) const;
+    QString Input(const QString& path = {}) const { return input.filePath(path); }
 
     /// What the next build is told, beside its inputs.
     helpbuild::BuildOptions options;
     QString OutputDir() const { return output.path(); }
-    QString HelpDir() const;
+    QString HelpDir() const
+    {
+        return options.output + QLatin1Char('/') + options.language + QLatin1String("/Help");
+    }
 
     /// Builds from inputs below the folder for inputs; false when the build failed.
     bool Build(const QStringList& inputs);
@@ -49,10 +47,13 @@ public:
     QString Follow(const QString& href);
 
     /// A small PNG; different for each number.
-    static QByteArray Png(int number = 0, int size = 4);
+    static QByteArray Png(int number = 0, int size = 4)
+    {
+        return NoiseImage(size, size, "png", static_cast<quint32>(number) + 1);
+    }
 
 private:
-    QString WithoutFolder(QString text) const;
+    QString WithoutFolder(QString text) const { return text.remove(input.path() + QLatin1Char('/')); }
     YxViewModel& Viewer();
 
     QTemporaryDir input;

@@ -81,10 +81,10 @@ void TestHelpBuildOutput::badInputIsRefused()
     QFETCH(QString, error);
     BuildFixture fixture;
     fixture.WritePage("page.html"_s, "Page"_s);
-    if (input == QLatin1String("doc") && !file.endsWith(QLatin1String(".txt")))
+    if (input == "doc"_s && !file.endsWith(".txt"_s))
         fixture.WritePage("doc/page.html"_s, "Page"_s, "\n<p>\n<img src='a.png'>");
     fixture.Write(file, content);
-    if (file.endsWith(QLatin1String(".ini")))
+    if (file.endsWith(".ini"_s))
         fixture.options.product = fixture.Input(file);
 
     QVERIFY(!fixture.Build({input}));
@@ -123,7 +123,7 @@ void TestHelpBuildOutput::newBuildReplacesTheOldOutput()
         QVERIFY2(fixture.Build({"doc"_s}), qPrintable(fixture.Error()));
     };
     const auto sheetCount = [&fixture] {
-        return QDir(fixture.HelpDir() + QLatin1String("/styles")).entryList(QDir::Files).size();
+        return QDir(fixture.HelpDir() + "/styles"_s).entryList(QDir::Files).size();
     };
     buildWith("a{}");
     buildWith("b{}");
@@ -169,7 +169,7 @@ void TestHelpBuildOutput::productIsPacked()
     fixture.options.product = fixture.Input("product/mine.ini"_s);
     QVERIFY2(fixture.Build({"doc"_s}), qPrintable(fixture.Error()));
 
-    const QString file = fixture.HelpDir() + QLatin1String("/YxHelpSystem.rcc");
+    const QString file = fixture.HelpDir() + "/YxHelpSystem.rcc"_s;
     QVERIFY(QResource::registerResource(file));
     QCOMPARE(Content(":/Resource/Config/YxHelp.ini"_s), ini);
     QCOMPARE(Content(":/Resource/Resources/YxPrdIcon.png"_s), BuildFixture::Png(7));

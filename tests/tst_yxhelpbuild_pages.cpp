@@ -67,9 +67,7 @@ void TestHelpBuildPages::textSurvives()
         QCOMPARE(sheets.size(), 1);
         QVERIFY2(QFile::exists(sheets.constFirst()), qPrintable(html));
         QCOMPARE(ContentsOf(html, "script").size(), 1);
-        QVERIFY2(ContentsOf(html, "script")
-                     .constFirst()
-                     .startsWith(QLatin1String("here(`href=\"") + fixture.HelpDir()),
+        QVERIFY2(ContentsOf(html, "script").constFirst().startsWith("here(`href=\""_s + fixture.HelpDir()),
                  qPrintable(html));
     }
 }
@@ -107,16 +105,16 @@ void TestHelpBuildPages::imagesArrive()
     QFETCH(QByteArray, format);
     QFETCH(bool, isFile);
     BuildFixture fixture;
-    fixture.Write(QLatin1String("doc/") + file, data);
+    fixture.Write("doc/"_s + file, data);
     const QString html = Finish(fixture, "<title>T</title><p>x</p>" + markup);
     const QRegularExpression address(
         "data:image/[^;]*;base64,([A-Za-z0-9+/=]*)|[^'\"]*/HelpImageTemp/[^'\"]*"_s);
     const auto match = address.match(html);
     QVERIFY2(match.hasMatch(), qPrintable(html));
     QCOMPARE(match.captured(1).isEmpty(), isFile);
-    QCOMPARE(html.count(QLatin1String("srcset")), 0);
+    QCOMPARE(html.count("srcset"_s), 0);
     if (format == "svg+xml") {
-        QVERIFY(match.captured().startsWith(QLatin1String("data:image/svg+xml;")));
+        QVERIFY(match.captured().startsWith("data:image/svg+xml;"_s));
         QCOMPARE(QByteArray::fromBase64(match.captured(1).toLatin1()), data);
         return;
     }
@@ -137,7 +135,7 @@ void TestHelpBuildPages::imagesKeepApart()
     const QStringList names{"a.png"_s, "a.png.png"_s, "aa.png"_s, "sub/a.png"_s, "sub_a.png"_s, "A.png"_s};
     QByteArray markup;
     for (int i = 0; i < names.size(); ++i) {
-        fixture.Write(QLatin1String("doc/") + names.at(i), BuildFixture::Png(i, 100));
+        fixture.Write("doc/"_s + names.at(i), BuildFixture::Png(i, 100));
         markup += "<img src=\"" + names.at(i).toUtf8() + "\">";
     }
     fixture.Write("doc/copy.png"_s, BuildFixture::Png(0, 100));
@@ -156,13 +154,13 @@ void TestHelpBuildPages::linksLead_data()
     row("place in a topic", "href='sub/other.html#x' target=_blank", "-> Other");
     row("query", "href='sub/other.html?a=b'", "-> Other");
     row("from the root", "href='/sub/other.html'", "-> Other");
-    row("place in itself", "href='index.html#a%20b' target=x", "#a%20b ()");
-    row("server", "href=\"http://x/?a=1&amp;b=2\" rel=help", "http://x/?a=1&b=2 (_blank)");
-    row("mail", "href='mailto:a@b'", "mailto:a@b (_blank)");
-    row("dead", "href='gone.html' target=_blank", "none");
-    row("outside", "href='../../etc/passwd'", "none");
-    row("no page", "href='notes.txt'", "none");
-    row("drive", "href='C:\\x.html'", "none");
+    row("place in itself", "href='index.html#a%20b' target=x", "#a%20b");
+    row("server", "href=\"http://x/?a=1&amp;b=2\" rel=help", "http://x/?a=1&b=2 _blank");
+    row("mail", "href='mailto:a@b'", "mailto:a@b _blank");
+    row("dead", "href='gone.html' target=_blank", "");
+    row("outside", "href='../../etc/passwd'", "");
+    row("no page", "href='notes.txt'", "");
+    row("drive", "href='C:\\x.html'", "");
 }
 
 void TestHelpBuildPages::linksLead()
@@ -173,21 +171,13 @@ void TestHelpBuildPages::linksLead()
     const QString html = Finish(fixture, "<title>T</title><body><a id=me class=\"c\" " + link +
                                              ">text</a><area " + link + ">");
     for (const char* tag : {"a", "area"}) {
-        const QStringList addresses = AttributesIn(html, tag, "href");
-        if (expected == QLatin1String("none")) {
-            QCOMPARE(addresses, QStringList());
-            QCOMPARE(AttributesIn(html, tag, "target"), QStringList());
-        } else if (expected.startsWith(QLatin1String("->"))) {
-            QCOMPARE(QLatin1String("-> ") + fixture.Follow(addresses.value(0)), expected);
-            QCOMPARE(AttributesIn(html, tag, "target"), QStringList());
-        } else {
-            QCOMPARE(addresses.value(0) + QLatin1String(" (") +
-                         AttributesIn(html, tag, "target").join(QLatin1Char(',')) + QLatin1Char(')'),
-                     expected);
-        }
+        QStringList shown = AttributesIn(html, tag, "href");
+        if (expected.startsWith("->"_s))
+            shown = QStringList{"->"_s, fixture.Follow(shown.value(0))};
+        QCOMPARE((shown + AttributesIn(html, tag, "target")).join(QLatin1Char(' ')), expected);
     }
     QCOMPARE(AttributesIn(html, "a", "class"), QStringList{"c"_s});
-    QCOMPARE(fixture.Reports().filter("leads"_s).size(), expected == QLatin1String("none") ? 2 : 0);
+    QCOMPARE(fixture.Reports().filter("leads"_s).size(), expected.isEmpty() ? 2 : 0);
 }
 
 void TestHelpBuildPages::addressesInElementsAreTidied_data()

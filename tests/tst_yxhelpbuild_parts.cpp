@@ -11,7 +11,6 @@ class TestHelpBuildParts : public QObject
 private slots:
     void scriptsArriveInOrder_data();
     void scriptsArriveInOrder();
-    void scriptsFindTheirPlace_data();
     void scriptsFindTheirPlace();
     void scriptsNameSheetsAndImages();
     void sheetsArrive_data();
@@ -44,31 +43,27 @@ void TestHelpBuildParts::scriptsArriveInOrder()
     QCOMPARE(ContentsOf(Finish(fixture, page), "script"), scripts);
 }
 
-void TestHelpBuildParts::scriptsFindTheirPlace_data()
-{
-    const auto row = Columns<QByteArray, QString>("page", "before");
-    row("in the text", "<head><script>a()</script></head><body><p>A<script>b()</script><hr></body>",
-        "head body p ");
-    row("deferred", "<head><script defer src=a.js></script></head><body><p>A<hr></body>", "head body p hr ");
-}
-
 void TestHelpBuildParts::scriptsFindTheirPlace()
 {
-    QFETCH(QByteArray, page);
-    QFETCH(QString, before);
-    BuildFixture fixture;
-    QString tags;
-    for (auto match = QRegularExpression("<([a-zA-Z]+)"_s).globalMatch(Finish(fixture, page));
-         match.hasNext();)
-        tags += match.next().captured(1).toLower() + QLatin1Char(' ');
-    QCOMPARE(tags.section("script"_s, 0, 0), before);
+    const auto tagsBeforeScript = [](const QByteArray& page) {
+        BuildFixture fixture;
+        QString tags;
+        for (auto match = QRegularExpression("<([a-zA-Z]+)"_s).globalMatch(Finish(fixture, page));
+             match.hasNext();)
+            tags += match.next().captured(1).toLower() + QLatin1Char(' ');
+        return tags.section("script"_s, 0, 0);
+    };
+    QCOMPARE(tagsBeforeScript("<head><script>a()</script></head><body><p>A<script>b()</script><hr></body>"),
+             "head body p "_s);
+    QCOMPARE(tagsBeforeScript("<head><script defer src=a.js></script></head><body><p>A<hr></body>"),
+             "head body p hr "_s);
 }
 
 // A script that changes the style sheet or an image when it runs finds them, wherever the help lies.
 void TestHelpBuildParts::scriptsNameSheetsAndImages()
 {
     BuildFixture fixture;
-    fixture.options.output += QLatin1String("/it's #1");
+    fixture.options.output += "/it's #1"_s;
     const QString html =
         Finish(fixture, "<link rel=stylesheet href='s.css'><a href='sub/other.html'>x</a>"
                         "<script>set('sub/t.css'); // \"s.css\"\n"
@@ -79,7 +74,7 @@ void TestHelpBuildParts::scriptsNameSheetsAndImages()
         "show\\(\"(data:[^\"]*)\"\\); var o=\\{'s\\.css':1\\}, r=/\"s\\.cs.u0073\"/, n='none\\.css';$"_s);
     const auto match = expression.match(script);
     QVERIFY2(match.hasMatch(), qPrintable(script));
-    QFile sheet(match.captured(1).replace(QLatin1String("%23"), QLatin1String("#")));
+    QFile sheet(match.captured(1).replace("%23"_s, "#"_s));
     QVERIFY(sheet.open(QIODevice::ReadOnly));
     QCOMPARE(sheet.readAll(), QByteArray("q{}"));
     QVERIFY(match.captured(2).endsWith(QString::fromLatin1(BuildFixture::Png().toBase64())));
@@ -151,7 +146,7 @@ void TestHelpBuildParts::sheetsBringTheirFiles()
     const auto match = expected.match(text);
     QVERIFY2(match.hasMatch(), qPrintable(text));
     for (int i = 1; i <= 3; ++i)
-        QVERIFY(QFile::exists(fixture.HelpDir() + QLatin1String("/styles/") + match.captured(i)));
+        QVERIFY(QFile::exists(fixture.HelpDir() + "/styles/"_s + match.captured(i)));
     QCOMPARE(fixture.Reports().filter("doc/style/main.css:"_s).size(), 2);
     QVERIFY(fixture.Reports().contains("doc/style/main.css:5: warning: \"gone.png\" doesn't exist"_s));
 }

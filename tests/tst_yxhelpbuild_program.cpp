@@ -1,8 +1,8 @@
+#include "testtable.h"
 #include "tst_yxhelpbuild_fixture.h"
 
 #include <QDir>
 #include <QProcess>
-#include <QtTest>
 
 #include <csignal>
 
@@ -20,13 +20,8 @@ private slots:
 
 void TestHelpBuildProgram::callsEndAsTold_data()
 {
-    QTest::addColumn<QString>("arguments"); // IN and OUT stand for the folders
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-
-    const auto row = [](const char* name, const char* arguments, int code, const char* message) {
-        QTest::newRow(name) << QString::fromLatin1(arguments) << code << QString::fromLatin1(message);
-    };
+    // IN and OUT stand for the folders.
+    const auto row = Columns<QString, int, QString>("arguments", "code", "message");
     row("good", "--input IN/doc --output OUT --language en-US", 0,
         "*OUT/en-US/Help/YXCADHelp.db: 1 topics, 0 images*");
     row("all options", "-i IN/doc -o OUT/x/y -l zh-CN --database My.db --title T", 0,
@@ -54,10 +49,9 @@ void TestHelpBuildProgram::callsEndAsTold()
     QFETCH(int, code);
     QFETCH(QString, message);
     BuildFixture fixture;
-    fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"));
+    fixture.WritePage("doc/index.html"_s, "A"_s);
     for (QString* text : {&arguments, &message})
-        text->replace(QLatin1String("IN"), fixture.Input())
-            .replace(QLatin1String("OUT"), fixture.OutputDir());
+        text->replace("IN"_s, fixture.Input()).replace("OUT"_s, fixture.OutputDir());
     QProcess program;
     program.start(QStringLiteral(YXHELP_BUILD_PROGRAM), arguments.split(QLatin1Char(' ')));
     QVERIFY(program.waitForFinished());
@@ -71,22 +65,20 @@ void TestHelpBuildProgram::callsEndAsTold()
 void TestHelpBuildProgram::warningsAreCounted()
 {
     BuildFixture fixture;
-    fixture.WritePage(QStringLiteral("doc/index.html"), QStringLiteral("A"),
+    fixture.WritePage("doc/index.html"_s, "A"_s,
                       QByteArray("\n<a href=none.html>x</a>").repeated(7) + "<img src=none.png></p>");
     QProcess program;
-    program.start(QStringLiteral(YXHELP_BUILD_PROGRAM),
-                  {QStringLiteral("--input"), fixture.Input(QStringLiteral("doc")),
-                   QStringLiteral("--output"), fixture.OutputDir(), QStringLiteral("--language"),
-                   QStringLiteral("en-US")});
+    program.start(QStringLiteral(YXHELP_BUILD_PROGRAM), {"--input"_s, fixture.Input("doc"_s), "--output"_s,
+                                                         fixture.OutputDir(), "--language"_s, "en-US"_s});
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 0);
     const QString errors = QString::fromUtf8(program.readAllStandardError());
     // Of each kind the first few with their places, and the count.
-    QCOMPARE(errors.count(QLatin1String("the link to \"none.html\" leads nowhere")), 5);
-    QVERIFY(errors.contains(fixture.Input(QStringLiteral("doc/index.html:4: warning: the link to"))));
-    QVERIFY(errors.contains(QLatin1String("\n7 links to pages")));
-    QVERIFY(errors.contains(QLatin1String("\n1 references to images")));
-    QVERIFY(errors.contains(QLatin1String("\n1 pages with broken markup")));
+    QCOMPARE(errors.count("the link to \"none.html\" leads nowhere"_s), 5);
+    QVERIFY(errors.contains(fixture.Input("doc/index.html:4: warning: the link to"_s)));
+    QVERIFY(errors.contains("\n7 links to pages"_s));
+    QVERIFY(errors.contains("\n1 references to images"_s));
+    QVERIFY(errors.contains("\n1 pages with broken markup"_s));
 }
 
 void TestHelpBuildProgram::interruptionLeavesNothing()
@@ -94,14 +86,13 @@ void TestHelpBuildProgram::interruptionLeavesNothing()
     BuildFixture fixture;
     const QByteArray text = QByteArray("<p>some text</p>").repeated(2000);
     for (int i = 0; i < 400; ++i)
-        fixture.WritePage(QStringLiteral("doc/%1.html").arg(i), QStringLiteral("Page"), text);
+        fixture.WritePage("doc/%1.html"_s.arg(i), "Page"_s, text);
     QProcess program;
     program.start(QStringLiteral(YXHELP_BUILD_PROGRAM),
-                  {QStringLiteral("-i"), fixture.Input(QStringLiteral("doc")), QStringLiteral("-o"),
-                   fixture.OutputDir(), QStringLiteral("-l"), QStringLiteral("en-US")});
+                  {"-i"_s, fixture.Input("doc"_s), "-o"_s, fixture.OutputDir(), "-l"_s, "en-US"_s});
     // The folder in the works shows that the build is under way.
-    QTRY_VERIFY(!QDir(fixture.OutputDir() + QLatin1String("/en-US"))
-                     .entryList({QStringLiteral(".yxhelp-build-*")}, QDir::Dirs | QDir::Hidden)
+    QTRY_VERIFY(!QDir(fixture.OutputDir() + "/en-US"_s)
+                     .entryList({".yxhelp-build-*"_s}, QDir::Dirs | QDir::Hidden)
                      .isEmpty());
     program.terminate();
     QVERIFY(program.waitForFinished());

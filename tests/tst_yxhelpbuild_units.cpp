@@ -90,11 +90,10 @@ void TestHelpBuildUnits::sheetReferencesAreFound()
                           .remove(QChar::Null)
                           .trimmed();
         QVERIFY(sheet.mid(reference.begin)
-                    .startsWith(reference.isImport ? QLatin1String("@import") : QLatin1String("url("),
-                                Qt::CaseInsensitive));
+                    .startsWith(reference.isImport ? "@import"_s : "url("_s, Qt::CaseInsensitive));
         QVERIFY(reference.end <= sheet.size());
     }
-    QCOMPARE(references.join(QLatin1String("; ")), found);
+    QCOMPARE(references.join("; "_s), found);
 }
 
 void TestHelpBuildUnits::scriptStringsAreFound_data()

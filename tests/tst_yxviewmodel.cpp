@@ -1,10 +1,11 @@
 #include "diagnostics.h"
 #include "helpdatabase.h"
+#include "operation.h"
 #include "sqltool.h"
 #include "testtable.h"
 #include "yxviewmodel.h"
 
-#include <QSqlQuery>
+#include <QSqlDatabase>
 
 #include <algorithm>
 #include <memory>
@@ -48,25 +49,6 @@ private:
     YxViewModel& model;
 };
 
-/// Holds the database against everybody else while it lives.
-class Lock
-{
-public:
-    explicit Lock(const QString& path)
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE"_s, "lock"_s);
-        database.setDatabaseName(path);
-        if (!database.open() || !QSqlQuery(database).exec("BEGIN EXCLUSIVE"_s))
-            qFatal("no lock");
-    }
-    ~Lock()
-    {
-        QSqlDatabase::database("lock"_s).close();
-        QSqlDatabase::removeDatabase("lock"_s);
-    }
-    Q_DISABLE_COPY_MOVE(Lock)
-};
-
 const QString kTopics = "One\nTwo | favorite\nThree\nFour | favorite | title="_s;
 
 } // namespace
@@ -76,10 +58,9 @@ class TestYxViewModel : public QObject
     Q_OBJECT
 
 private slots:
-    void pathsComeFromTheLaunchValues();
+    void endingIsReplacedInTheDatabaseName();
     void contentsAreLoadedOnceOnFirstUse();
     void nodesAndHomePageComeFromTheDatabase();
-    void historyForgetsThePagesBehindTheCursor();
     void databaseHoldsWhatThePaneShowed();
     void runWithoutThePaneLeavesTheMarks();
     void marksThatCouldNotBeReadAreKept();
@@ -88,17 +69,11 @@ private slots:
     void pageFallsBackToTheRecord();
 };
 
-void TestYxViewModel::pathsComeFromTheLaunchValues()
+void TestYxViewModel::endingIsReplacedInTheDatabaseName()
 {
-    for (const char* line : {"A.db|A.db", "A.mdb|A.db", "A.MDB|A.MDB", "A.mdb.mdb|A.db.db"}) {
-        const QString file = QString::fromLatin1(line).section(QLatin1Char('|'), 0, 0);
-        const QString expected = QString::fromLatin1(line).section(QLatin1Char('|'), 1);
-        const HelpDatabase database(QString(), "zh-CN"_s, expected);
-        const YxViewModel model("zh-CN"_s, file, database.RccPath(), nullptr);
-        QCOMPARE(model.DatabasePath(), database.RccPath() + "/zh-CN/Help/"_s + expected);
-        QVERIFY(model.DatabaseExists());
-        QVERIFY(!YxViewModel("de-DE"_s, file, database.RccPath(), nullptr).DatabaseExists());
-    }
+    for (const char* line : {"A.db|A.db", "A.mdb|A.db", "A.MDB|A.MDB", "A.mdb.mdb|A.db.db"})
+        QCOMPARE(YxViewModel("zh-CN"_s, Cells(line)[0], "r"_s, nullptr).DatabasePath(),
+                 "r/zh-CN/Help/"_s + Cells(line)[1]);
 }
 
 void TestYxViewModel::contentsAreLoadedOnceOnFirstUse()
@@ -133,31 +108,12 @@ void TestYxViewModel::nodesAndHomePageComeFromTheDatabase()
     QCOMPARE(path, "http://host/"_s);
 }
 
-void TestYxViewModel::historyForgetsThePagesBehindTheCursor()
-{
-    YxViewModel model("en-US"_s, "A.db"_s, QString(), nullptr);
-    QCOMPARE(model.HistoryPos(), -1);
-    for (const int row : {0, 1, 2, 3, 4}) {
-        if (row == 4)
-            model.SetHistoryPos(1);
-        TreeViewModel record;
-        record.FileName = QString::number(row);
-        model.PushHistory({record, row, row % 2 == 0});
-        QCOMPARE(model.HistoryPos(), row == 4 ? 2 : row);
-    }
-    QString entries;
-    for (const HistoryEntry& entry : *model.History())
-        entries +=
-            entry.record.FileName + QString::number(entry.row) + QLatin1String(entry.inTree ? "t " : " ");
-    QCOMPARE(entries, "00t 11 44t "_s);
-}
-
 void TestYxViewModel::databaseHoldsWhatThePaneShowed()
 {
     for (const char* line : {"|2 4", "+1|1 2 4", "-2 -4|", "+1 -1|2 4", "+1 -1 +1|1 2 4", "-2 +2 -2|4",
                              "-4 +4 -4 +4|2 4", "+1 +1 -1|2 4", "-2 +3 +2 -3 +1 -4|1 2"}) {
-        const QString steps = QString::fromLatin1(line).section(QLatin1Char('|'), 0, 0);
-        const QString marked = QString::fromLatin1(line).section(QLatin1Char('|'), 1);
+        const QString steps = Cells(line)[0];
+        const QString marked = Cells(line)[1];
         const HelpDatabase database(kTopics);
         const auto model = ModelOf(database);
         QCOMPARE(model->LoadFavorites().size(), 2);
@@ -191,7 +147,7 @@ void TestYxViewModel::marksThatCouldNotBeReadAreKept()
     {
         const auto model = ModelOf(database);
         {
-            const Lock lock(database.Path());
+            const DatabaseLock lock(database.Path());
             QVERIFY(model->LoadFavorites().isEmpty());
         }
         Pane(*model).Run("+1 +3 -3"_s);
@@ -200,7 +156,7 @@ void TestYxViewModel::marksThatCouldNotBeReadAreKept()
     }
     const auto model = ModelOf(database);
     Pane(*model).Run("+3"_s);
-    const Lock lock(database.Path());
+    const DatabaseLock lock(database.Path());
     model->SaveFavorites();
     QCOMPARE(log.Count("favourites not saved"_s), 1);
 }
@@ -213,8 +169,11 @@ void TestYxViewModel::pendingRemovalsCountEachTime()
     model->RemoveFavorite(favorite);
     model->RemoveFavorite(favorite);
     QCOMPARE(model->FavoriteCount(), 0);
-    // One of the same id that isn't the same topic removes nothing.
+    // One with another id, and one of the same id that isn't the same topic, remove nothing.
     TreeFavoritesModel other = model->FavoriteList()->last();
+    other.Id = 99;
+    model->RemoveFavorite(other);
+    other = model->FavoriteList()->last();
     other.KeyName += QLatin1Char('x');
     model->RemoveFavorite(other);
     QCOMPARE(model->FavoriteList()->size(), 2);

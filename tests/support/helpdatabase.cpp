@@ -1,5 +1,7 @@
 #include "helpdatabase.h"
 
+#include "literal.h"
+
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
@@ -10,7 +12,6 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QVariant>
 
 #include <algorithm>
 #include <functional>
@@ -32,67 +33,54 @@ void Run(QSqlQuery& query, const QString& statement, const QVariantList& values 
 void WithQuery(const QString& path, const std::function<void(QSqlQuery&)>& work)
 {
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnection);
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE"_s, kConnection);
         database.setDatabaseName(path);
         if (!database.open())
             qFatal("no test database %s", qUtf8Printable(path));
         QSqlQuery query(database);
-        Run(query, QStringLiteral("PRAGMA synchronous = OFF"));
+        Run(query, "PRAGMA synchronous = OFF"_s);
         work(query);
     }
     QSqlDatabase::removeDatabase(kConnection);
 }
 
-QString Slug(const QString& title)
+void Insert(QSqlQuery& query, const QMap<QString, QVariant>& row)
 {
-    QString slug = title.toLower();
-    for (QChar& c : slug) {
-        if (!c.isLetterOrNumber())
-            c = QLatin1Char('_');
-    }
-    return slug;
+    const QString places = QStringList("?, "_s.repeated(row.size())).join(QString()).chopped(2);
+    Run(query,
+        "INSERT INTO HelpFileList (%1) VALUES (%2)"_s.arg(QStringList(row.keys()).join(", "_s), places),
+        row.values());
 }
 
 int Indentation(const QString& line)
 {
-    int blanks = 0;
-    while (blanks < line.size() && line.at(blanks) == QLatin1Char(' '))
-        ++blanks;
-    return blanks;
+    return line.indexOf(QRegularExpression("[^ ]|$"_s));
 }
 
-void SetField(TopicRow& row, const QString& name, const QString& value)
+void SetFields(QMap<QString, QVariant>& row, QString rest)
 {
-    static const QHash<QString, int TopicRow::*> numbers{
-        {QStringLiteral("id"), &TopicRow::id},
-        {QStringLiteral("parent"), &TopicRow::parent},
-        {QStringLiteral("top"), &TopicRow::top},
-        {QStringLiteral("category"), &TopicRow::category},
-    };
-    static const QHash<QString, QString TopicRow::*> texts{
-        {QStringLiteral("title"), &TopicRow::title},       {QStringLiteral("file"), &TopicRow::file},
-        {QStringLiteral("key"), &TopicRow::key},           {QStringLiteral("path"), &TopicRow::path},
-        {QStringLiteral("html"), &TopicRow::html},         {QStringLiteral("images"), &TopicRow::images},
-        {QStringLiteral("subtitle"), &TopicRow::subtitle}, {QStringLiteral("body"), &TopicRow::body},
-    };
-    if (name == QLatin1String("favorite"))
-        row.favorite = true;
-    else if (numbers.contains(name))
-        row.*numbers.value(name) = value.toInt();
-    else if (texts.contains(name))
-        row.*texts.value(name) = value;
-    else
-        qFatal("no field \"%s\" in a topic", qUtf8Printable(name));
-}
-
-void SetFields(TopicRow& row, QString rest)
-{
+    static const QHash<QString, QString> columns{{"id"_s, "ID"_s},
+                                                 {"parent"_s, "ParentID"_s},
+                                                 {"top"_s, "TopParentId"_s},
+                                                 {"category"_s, "Category"_s},
+                                                 {"title"_s, "Title"_s},
+                                                 {"file"_s, "FileName"_s},
+                                                 {"key"_s, "KeyName"_s},
+                                                 {"path"_s, "FilePath"_s},
+                                                 {"html"_s, "Html"_s},
+                                                 {"images"_s, "ImagePath"_s},
+                                                 {"subtitle"_s, "SubTitle"_s},
+                                                 {"body"_s, "Body"_s},
+                                                 {"favorite"_s, "IsFavorite"_s}};
     while (!rest.isEmpty()) {
-        const int end = rest.startsWith(QLatin1String("html=")) ? -1 : rest.indexOf(QLatin1String(" | "));
+        const int end = rest.startsWith("html="_s) ? -1 : rest.indexOf(" | "_s);
         const QString field = rest.left(end);
         rest = end < 0 ? QString() : rest.mid(end + 3);
         const int equals = field.indexOf(QLatin1Char('='));
-        SetField(row, field.left(equals).trimmed(), equals < 0 ? QString() : field.mid(equals + 1));
+        const QString column = columns.value(field.left(equals).trimmed());
+        if (column.isEmpty())
+            qFatal("no such field in a topic: %s", qUtf8Printable(field));
+        row[column] = equals < 0 ? QVariant(true) : QVariant(field.mid(equals + 1));
     }
 }
 
@@ -103,108 +91,78 @@ HelpDatabase::HelpDatabase(const QString& topics, const QString& languageTag, co
 {
     if (!dir.isValid() || !QDir().mkpath(HelpDir()))
         qFatal("no temporary directory");
-    Execute(
-        QStringLiteral("CREATE TABLE HelpFileList (ID INTEGER PRIMARY KEY, Title TEXT, FileName TEXT, "
-                       "KeyName TEXT, FilePath TEXT, ParentID INTEGER, TopParentId INTEGER, Body TEXT, "
-                       "ImagePath TEXT, Category INTEGER, SubTitle TEXT, IsFavorite BOOLEAN, Html TEXT)"));
-    Execute(QStringLiteral("CREATE TABLE ImageList (ImagePath TEXT, ImageData BLOB)"));
+    Execute("CREATE TABLE HelpFileList (ID INTEGER PRIMARY KEY, Title TEXT, FileName TEXT, "
+            "KeyName TEXT, FilePath TEXT, ParentID INTEGER, TopParentId INTEGER, Body TEXT, "
+            "ImagePath TEXT, Category INTEGER, SubTitle TEXT, IsFavorite BOOLEAN, Html TEXT)"_s);
+    Execute("CREATE TABLE ImageList (ImagePath TEXT, ImageData BLOB)"_s);
     AddTopics(topics);
-}
-
-QString HelpDatabase::HelpDir() const
-{
-    return dir.path() + QLatin1Char('/') + language + QLatin1String("/Help");
-}
-
-QString HelpDatabase::Path() const
-{
-    return HelpDir() + QLatin1Char('/') + fileName;
 }
 
 void HelpDatabase::AddTopics(const QString& lines)
 {
-    const QStringList each = lines.split(QLatin1Char('\n'));
+    QStringList each = lines.split(QLatin1Char('\n'));
+    each.erase(std::remove_if(each.begin(), each.end(),
+                              [](const QString& line) { return line.trimmed().isEmpty(); }),
+               each.end());
     int margin = lines.size();
-    for (const QString& line : each) {
-        if (!line.trimmed().isEmpty())
-            margin = std::min(margin, Indentation(line));
-    }
-    QList<TopicRow> rows;
-    for (const QString& line : each) {
-        if (!line.trimmed().isEmpty())
-            rows.append(ParseLine(line.trimmed(), (Indentation(line) - margin) / 2));
-    }
-    Insert(rows);
+    for (const QString& line : each)
+        margin = std::min(margin, Indentation(line));
+    WithQuery(Path(), [&](QSqlQuery& query) {
+        Run(query, "BEGIN"_s);
+        for (const QString& line : each)
+            Insert(query, ParseLine(line.trimmed(), (Indentation(line) - margin) / 2));
+        Run(query, "COMMIT"_s);
+    });
 }
 
-TopicRow HelpDatabase::ParseLine(const QString& line, int level)
+HelpDatabase::Row HelpDatabase::ParseLine(const QString& line, int level)
 {
     const bool outside = line.startsWith(QLatin1Char('~'));
-    const int titleEnd = line.indexOf(QLatin1String(" | "));
+    const int titleEnd = line.indexOf(" | "_s);
     const QString title = line.left(titleEnd).mid(outside ? 1 : 0).trimmed();
-
-    TopicRow row;
-    row.title = title;
-    row.file = title;
-    row.key = Slug(title);
-    row.path = QLatin1String("topics\\") + row.key + QLatin1String(".html");
-    row.html = QLatin1String("<html><head><title>") + title + QLatin1String("</title></head><body><h1>") +
-               title + QLatin1String("</h1></body></html>");
-
+    const QString key = title.toLower().replace(
+        QRegularExpression("[\\W_]"_s, QRegularExpression::UseUnicodePropertiesOption), "_"_s);
     ancestors = ancestors.mid(0, level);
-    row.id = lastId + 1;
-    row.parent = outside ? kOutsideTree : ancestors.isEmpty() ? 0 : ancestors.last().id;
-    // The search filter goes by the rows below the root.
-    row.top = ancestors.size() > 1 ? ancestors.at(1).id : row.id;
+    const int id = lastId + 1;
+    Row row{{"ID"_s, id},
+            {"ParentID"_s, outside               ? kOutsideTree
+                           : ancestors.isEmpty() ? 0
+                                                 : ancestors.last()},
+            // The search filter goes by the rows below the root.
+            {"TopParentId"_s, ancestors.size() > 1 ? ancestors.at(1) : id},
+            {"Category"_s, 0},
+            {"IsFavorite"_s, false},
+            {"Title"_s, title},
+            {"FileName"_s, title},
+            {"KeyName"_s, key},
+            {"FilePath"_s, "topics\\%1.html"_s.arg(key)},
+            {"Html"_s, QString("<html><head><title>"_s + title + "</title></head><body><h1>"_s + title +
+                               "</h1></body></html>"_s)}};
     if (titleEnd >= 0)
         SetFields(row, line.mid(titleEnd + 3));
-    if (row.body.isNull()) {
-        static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
-        row.body = QString(row.html).remove(tags);
-    }
-    lastId = row.id;
-    ancestors.append(row);
+    if (!row.contains("Body"_s))
+        row["Body"_s] = row["Html"_s].toString().remove(QRegularExpression("<[^>]*>"_s));
+    lastId = row["ID"_s].toInt();
+    ancestors.append(lastId);
     return row;
-}
-
-void HelpDatabase::AddTopic(TopicRow row)
-{
-    if (row.id == 0)
-        row.id = lastId + 1;
-    lastId = row.id;
-    Insert({row});
-}
-
-void HelpDatabase::Insert(const QList<TopicRow>& rows)
-{
-    WithQuery(Path(), [&](QSqlQuery& query) {
-        Run(query, QStringLiteral("BEGIN"));
-        for (const TopicRow& row : rows) {
-            Run(query,
-                QStringLiteral("INSERT INTO HelpFileList (ID, Title, FileName, KeyName, FilePath, ParentID, "
-                               "TopParentId, Body, ImagePath, Category, SubTitle, IsFavorite, Html) "
-                               "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-                {row.id, row.title, row.file, row.key, row.path, row.parent, row.top, row.body, row.images,
-                 row.category, row.subtitle, row.favorite, row.html});
-        }
-        Run(query, QStringLiteral("COMMIT"));
-    });
 }
 
 void HelpDatabase::AddScript(const QString& name, const QString& content)
 {
-    TopicRow row;
-    row.parent = kOutsideTree;
-    row.file = name;
-    row.html = content;
-    row.body = QStringLiteral("js");
-    AddTopic(row);
+    WithQuery(Path(), [&](QSqlQuery& query) {
+        Insert(query, {{"ID"_s, ++lastId},
+                       {"ParentID"_s, kOutsideTree},
+                       {"FileName"_s, name},
+                       {"Html"_s, content},
+                       {"IsFavorite"_s, false},
+                       {"Body"_s, "js"_s}});
+    });
 }
 
 void HelpDatabase::AddImage(const QString& key, const QByteArray& data)
 {
     WithQuery(Path(), [&](QSqlQuery& query) {
-        Run(query, QStringLiteral("INSERT INTO ImageList (ImagePath, ImageData) VALUES (?, ?)"), {key, data});
+        Run(query, "INSERT INTO ImageList (ImagePath, ImageData) VALUES (?, ?)"_s, {key, data});
     });
 }
 
@@ -213,10 +171,10 @@ void HelpDatabase::Execute(const QString& statement)
     WithQuery(Path(), [&](QSqlQuery& query) { Run(query, statement); });
 }
 
-QStringList HelpDatabase::Select(const QString& statement) const
+QStringList SelectFrom(const QString& path, const QString& statement)
 {
     QStringList values;
-    WithQuery(Path(), [&](QSqlQuery& query) {
+    WithQuery(path, [&](QSqlQuery& query) {
         Run(query, statement);
         while (query.next())
             values.append(query.value(0).toString());
@@ -226,8 +184,7 @@ QStringList HelpDatabase::Select(const QString& statement) const
 
 QString HelpDatabase::Favorites() const
 {
-    return Select(QStringLiteral("SELECT ID FROM HelpFileList WHERE IsFavorite = true ORDER BY ID"))
-        .join(QLatin1Char(' '));
+    return Select("SELECT ID FROM HelpFileList WHERE IsFavorite = true ORDER BY ID"_s).join(QLatin1Char(' '));
 }
 
 void HelpDatabase::Truncate(qint64 size)
@@ -248,19 +205,17 @@ QString ContentsText(const QList<TreeViewModel>& rows)
     QString text;
     QHash<int, int> levels;
     for (const TreeViewModel& row : rows) {
-        const bool outside = row.ParentId >= kOutsideTree;
-        const int level = levels.value(row.ParentId, -1) + 1;
-        levels.insert(row.Id, level);
-        text += QString(level * 2, QLatin1Char(' ')) + QLatin1String(outside ? "~ " : "") + row.FileName +
+        const int level = levels[row.Id] = levels.value(row.ParentId, -1) + 1;
+        text += "  "_s.repeated(level) + (row.ParentId >= kOutsideTree ? "~ "_s : QString()) + row.FileName +
                 QLatin1Char('\n');
     }
     return text;
 }
 
-QByteArray NoiseImage(int width, int height, const char* format)
+QByteArray NoiseImage(int width, int height, const char* format, quint32 seed)
 {
     QImage image(width, height, QImage::Format_RGB32);
-    QRandomGenerator random(1);
+    QRandomGenerator random(seed);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x)
             image.setPixel(x, y, 0xff000000U | random.generate());
