@@ -103,7 +103,9 @@ QString TopicColour()
 /// Switches that name the language, and more of them, separated by semicolons.
 QStringList InEnglish(const QString& more = {})
 {
-    return QString("/Language;en-US"_s + more).split(QLatin1Char(';'));
+    // A title that no viewer of this machine has, which a launch would hand itself over to.
+    const QString title = "Launch%1"_s.arg(QCoreApplication::applicationPid());
+    return QString("/Language;en-US;/helpTitle;"_s + title + more).split(QLatin1Char(';'));
 }
 
 /// A deployment with the topics, and the program that starts in it.
