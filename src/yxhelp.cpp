@@ -245,6 +245,8 @@ void YxHelp::SetWindowOnTop()
 
 void YxHelp::SlotClose()
 {
+    // A hand-over would open the window again, with its favourites put away.
+    ipcThread.Stop(this);
     if (productConfig.Group != 2) {
         EndJobs();
         viewModel->SaveFavorites();

@@ -123,6 +123,7 @@ private slots:
     void windowComesToTheFront();
     void killedViewerLeavesNoTrap();
     void closedViewerLeavesNothing();
+    void viewerClosesInTheMiddleOfHandOvers();
 
 private:
     std::unique_ptr<Viewer> Start(const QString& topic, const QString& more = {}) const;
@@ -315,6 +316,22 @@ void TestHandOver::closedViewerLeavesNothing()
     QVERIFY(viewer->Ended());
     QCOMPARE(viewer->Code(), 0);
     QCOMPARE(SharedObjects() - before, QSet<QString>());
+}
+
+void TestHandOver::viewerClosesInTheMiddleOfHandOvers()
+{
+    for (int round = 0; round < 3; ++round) {
+        const auto viewer = Start(QString());
+        QVERIFY(viewer->IsReady());
+        std::vector<std::unique_ptr<Viewer>> launches;
+        for (int i = 0; i < 10; ++i)
+            launches.push_back(Start("T%1"_s.arg(i)));
+        const int shown = viewer->Topics().size();
+        QTRY_VERIFY(viewer->Topics().size() > shown);
+        XDo("mousemove --window %1 1162 16 click 1"_s.arg(viewer->FindWindow()));
+        QVERIFY(viewer->Ended());
+        QCOMPARE(viewer->Code(), 0);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestHandOver)
