@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int kPatience = 20000;
+constexpr int kPatience = 60000; // fifty launches under the thread sanitizer take their time
 constexpr int kTopics = 1000;
 
 /// Words of xdotool, without those that no window answers to.
