@@ -86,9 +86,9 @@ bool SQLTOOL::GetIndexFromDB(QList<TreeViewModel>& list, int& count, bool& keepR
         announced += kBatch;
     };
     while (row.Next()) {
-        TreeViewModel record = ReadRecord(row, row.Text(QLatin1String("Html")));
+        const TreeViewModel record = ReadRecord(row, row.Text(QLatin1String("Html")));
         if (record.ParentId != 0 && record.ParentId < kOutsideTree && !record.Html.isEmpty()) {
-            batch.append(std::move(record));
+            batch.append(record);
             ++count;
         }
         if (batch.size() == kBatch)
