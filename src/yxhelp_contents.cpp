@@ -145,8 +145,10 @@ void YxHelp::MarkSearchWord()
 {
     // The word that a search looked for is marked in the page as long as its hits are on the left.
     const bool results = ui->stackedWidget_wizard->currentIndex() == ResultPage;
+    const QString word = results ? ui->lineEdit_context->text() : QString();
     // The engine doesn't look for a word that begins with one it has just missed, not even in a new page.
     // This one is in no page, and no word begins with it.
-    offlinePage->findText(QString(QChar(0xffff)));
-    offlinePage->findText(results ? ui->lineEdit_context->text() : QString());
+    if (!word.isEmpty())
+        offlinePage->findText(QString(QChar(0xffff)));
+    offlinePage->findText(word);
 }
